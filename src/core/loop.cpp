@@ -1,0 +1,106 @@
+// Line processing: splitting, dispatch, repetition of history entries and the
+// commands that belong to the loop itself.
+#include "core/core.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <unistd.h>
+
+#include "files/files.h"
+#include "memory/memory.h"
+#include "processes/processes.h"
+
+sigjmp_buf EstadoGuardado;
+char **main3arg = nullptr;
+char ***addrmain3arg = nullptr;
+time_t FechaEjecutable = -1;
+int loopHistoric = 0;
+
+int TrocearCadena(char *cadena, char *trozos[]) {
+    int i = 1;
+    if ((trozos[0] = strtok(cadena, " \n\t")) == nullptr) return 0;
+    while ((trozos[i] = strtok(nullptr, " \n\t")) != nullptr) i++;
+    return i;
+}
+
+void ProcesarEntrada(char *tr[]) {
+    if (tr[0] == nullptr) return;
+    if (PideAyuda(tr)) return;
+    const char *cmd = RealCommand(tr[0]);
+    if (cmd == nullptr) {
+        printf("Abreviatura de comando no unica: %s\n", tr[0]);
+        return;
+    }
+    for (const EntradaComando *c = TablaComandos(); c->nombre != nullptr; c++) {
+        if (!OverRide(nullptr) && !IsValidCommand(tr[0])) break;
+        if (strcmp(c->nombre, cmd) == 0) {
+            c->funcion(tr + 1);
+            return;
+        }
+    }
+    Cmd_pplano(tr);
+}
+
+void RepeatHistoric(int n) {
+    char linea[MAXLINEA];
+    char *trozos[MAXPALABRAS];
+    loopHistoric++;
+    const char *h = HistoricGet(n);
+    if (h == nullptr) {
+        printf("No hay elemento %d en el historico\n", n);
+        return;
+    }
+    snprintf(linea, sizeof linea, "%s", h);
+    printf("Ejecutando hist (%d): %s\n", n, linea);
+    if (TrocearCadena(linea, trozos) == 0) {
+        printf("Nada que ejecutar en el elemento %d del historico\n", n);
+        return;
+    }
+    if (loopHistoric > 10) {
+        printf("Demasiada recursion en hist\n");
+        return;
+    }
+    ProcesarEntrada(trozos);
+}
+
+void Cmd_exit(char *[]) {
+    HistoricClear();
+    PathClear();
+    EntornoClear();
+    ClearOpenFilesList();
+    EliminarListaBloquesMemoria();
+    VaciarListaProcesos(&LP);
+    exit(0);
+}
+
+void Cmd_hist(char *tr[]) {
+    if (tr[0] == nullptr) {
+        HistoricPrint();
+    } else if (strcmp(tr[0], "-clear") == 0) {
+        HistoricClear();
+    } else if (strcmp(tr[0], "-count") == 0) {
+        printf("Numero de elementos en el historico: %d\n", HistoricDimension());
+    } else if (tr[0][0] == '-') {
+        HistoricPrintN(atoi(tr[0] + 1));
+    } else {
+        char *fin;
+        unsigned long n = strtoul(tr[0], &fin, 10);
+        if (*fin == '\0') RepeatHistoric(static_cast<int>(n));
+    }
+}
+
+void Cmd_command(char *tr[]) {
+    if (tr[0] == nullptr)
+        HistoricPrint();
+    else
+        RepeatHistoric(atoi(tr[0]));
+}
+
+void SincronizarEntrada() {
+    fflush(stdout);
+    // Only a file can take back what was read ahead; other inputs are read
+    // unbuffered, so they hold nothing.
+    if (lseek(STDIN_FILENO, 0, SEEK_CUR) != -1) fflush(stdin);
+}

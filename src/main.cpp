@@ -1,0 +1,57 @@
+// Start-up and the read-split-dispatch loop.
+#include <cerrno>
+#include <csetjmp>
+#include <cstdio>
+#include <cstring>
+#include <unistd.h>
+
+#include "core/core.h"
+#include "files/files.h"
+#include "signals/signals.h"
+
+int main(int argc, char *argv[], char *envp[]) {
+    static char linea[MAXLINEA];
+    static char copia[MAXLINEA];  // never cleared: a shorter line inherits its tail
+    static char *trozos[MAXPALABRAS];
+
+    // Each printf reaches the descriptor at once, so standard output,
+    // standard error and the programs the shell starts keep their order, and
+    // a fork or a fault never duplicates or loses pending text.
+    setvbuf(stdout, nullptr, _IONBF, 0);
+    // Input that is not a file cannot be handed back before a fork: read it
+    // byte by byte so that nothing meant for a child stays in our buffer.
+    if (lseek(STDIN_FILENO, 0, SEEK_CUR) == -1) setvbuf(stdin, nullptr, _IONBF, 0);
+
+    trozos[0] = const_cast<char *>("version");
+    main3arg = envp;
+    addrmain3arg = &envp;
+    InitOpenFiles();
+    FechaEjecutable = FechaFichero(argv[0]);
+    printf("Iniciando shell..\n");
+    if (argc > 1 && strcmp(argv[1], "-p") == 0)
+        PathAddPath();
+    else
+        printf("Ejecutar %s -p para importar el path\n\n", argv[0]);
+    Cmd_version(trozos + 1);
+
+    // The mask is not saved: a handler's signal stays blocked after the jump,
+    // which makes the fault protection work exactly once.
+    if (sigsetjmp(EstadoGuardado, 0) != 0) printf("Shell restaurado a su estado al pricipio de main\n");
+
+    while (true) {
+        loopHistoric = 0;
+        PrintPrompt();
+        if (fgets(linea, MAXLINEA, stdin) == nullptr) {
+            if (!HaySenales) break;
+            continue;
+        }
+        memcpy(copia, linea, strlen(linea));  // no terminator on purpose
+        if (TrocearCadena(linea, trozos) == 0) continue;
+        char *guardar = strtok(copia, "\n");
+        errno = 0;
+        if (guardar != nullptr && HistoricAdd(guardar) == -1 && errno != 0)
+            printf("Comando no almacenado: %s\n", strerror(errno));
+        ProcesarEntrada(trozos);
+    }
+    return 0;
+}

@@ -1,0 +1,68 @@
+// In-memory file system: the format inside a memory block, copies and moves
+// between disk and memory, labels and the memfs commands.
+#pragma once
+
+#include <cstdint>
+#include <ctime>
+
+constexpr uint32_t MAGICO_SF = 0x110691;
+
+struct CabeceraSF {
+    uint32_t magico;
+    uint32_t capacidad;
+    uint32_t ficheros;
+    uint32_t tamano;
+    uint32_t libres;
+    uint32_t reservado;
+    int64_t formateo;
+};
+static_assert(sizeof(CabeceraSF) == 32);
+
+struct EntradaFicheroSF {
+    char nombre[256];
+    uint32_t tamano;
+    uint32_t desplazamiento;
+    int64_t tiempo;
+};
+static_assert(sizeof(EntradaFicheroSF) == 272);
+
+// A file: a file-system address (null: no valid file system; all bits set:
+// a file on disk whose path is the name) and a name.
+struct IdFich {
+    void *sf;
+    char *nombre;
+};
+
+inline void *const SF_DISCO = reinterpret_cast<void *>(~uintptr_t{0});
+
+// ---------------------------------------------------------------- format
+uint64_t TamanoSF(uint32_t n);
+int EspacioInsuficiente(uint32_t n, uint32_t tam);
+int EsValidoSF(const void *sf);
+int FormatearSF(void *sf, uint32_t n, uint32_t tam);
+void *DirPrincipioDatos(void *sf);
+void *DirPrincipioDatosFichero(void *sf, uint32_t i);
+void *DirFinalDatos(void *sf);
+uint32_t NuevoDesplazamiento(void *sf, uint32_t i);
+int64_t auxTamanoFichero(const char *path);
+int64_t LeerFicheroDisco(const char *path, void *dir);
+int64_t EscribirFicheroDisco(const char *path, const void *dir, uint64_t len, int sobreescribir);
+void ListarSF(void *sf);
+int BuscarFicheroSF(void *sf, const char *nombre);
+int BorrarFicheroSF(IdFich id);
+
+// -------------------------------------------------------- copy and move
+int32_t CopiarFicheroSF(IdFich origen, IdFich destino);
+int32_t MoverFicheroSF(IdFich origen, IdFich destino);
+int BorrarFichero(IdFich id);
+
+// --------------------------------------------------- labels and commands
+void Cmd_assign(char *tr[]);
+void Cmd_memfs(char *tr[]);
+void MemFSListar(char *tr[]);
+void MemFSFormat(char *tr[]);
+void MemFSCopiar(char *tr[]);
+void MemFSMover(char *tr[]);
+void MemFSBorrar(char *tr[]);
+void MemFSBuscar(char *tr[]);
+void Cmd_printAssign(char *tr[]);

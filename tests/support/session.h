@@ -1,0 +1,92 @@
+// Running the shell from tests: on a whole script (Run) or line by line
+// (Session), always in a fresh temporary directory.
+#pragma once
+
+#include <chrono>
+#include <map>
+#include <optional>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace labtest {
+
+// The shell under test: $LABSH when set, else the one this build made.
+std::string LabshBinary();
+
+// A fresh directory under $TMPDIR (or /tmp), removed with all its contents
+// (whatever their permissions) when the object goes.
+class TempDir {
+  public:
+    TempDir();
+    ~TempDir();
+    TempDir(const TempDir &) = delete;
+    TempDir &operator=(const TempDir &) = delete;
+    const std::string &path() const { return path_; }
+    std::string operator/(const std::string &name) const { return path_ + "/" + name; }
+
+  private:
+    std::string path_;
+};
+
+void RemoveTree(const std::string &path);
+std::string ReadFile(const std::string &path);
+void WriteFile(const std::string &path, const std::string &content);
+// Runs a command with /bin/sh in a directory; returns its standard output.
+std::string Shell(const std::string &command, const std::string &dir, int *status = nullptr);
+
+struct RunOptions {
+    std::vector<std::string> args;           // after the program name
+    std::map<std::string, std::optional<std::string>> env;  // set, or unset when nullopt
+    bool merged = false;                      // stdout and stderr in one pipe
+    std::string stdinFile;                    // read input from this file instead of `input`
+    std::string argv0;                        // program name as passed, default the binary path
+    std::chrono::seconds timeout{60};
+};
+
+struct RunResult {
+    std::string out;   // standard output (both streams when merged)
+    std::string err;
+    int status = -1;   // raw wait status
+    bool timedOut = false;
+    bool exited() const;
+    int exitCode() const;
+    int termSignal() const;  // 0 when it did not end by a signal
+};
+
+RunResult Run(const std::string &input, const std::string &dir, const RunOptions &options = {});
+
+// A shell driven line by line. Its standard output and error go to one pipe
+// unless `merged` is false, in which case error is kept apart.
+class Session {
+  public:
+    explicit Session(const std::string &dir, std::vector<std::string> args = {}, bool merged = true,
+                     const std::map<std::string, std::optional<std::string>> &env = {});
+    ~Session();
+    Session(const Session &) = delete;
+    Session &operator=(const Session &) = delete;
+
+    pid_t pid() const { return pid_; }
+    void send(const std::string &line);  // a newline is added
+    // Reads until `marker` has appeared in the output after what earlier calls
+    // consumed; returns the text up to and including it. Throws
+    // std::runtime_error, with what was read, after the timeout.
+    std::string readUntil(const std::string &marker, std::chrono::milliseconds timeout = std::chrono::seconds(20));
+    // Everything read so far and not yet consumed, after waiting `quiet`.
+    std::string drain(std::chrono::milliseconds quiet = std::chrono::milliseconds(200));
+    std::string errors();  // standard error collected so far (not merged)
+    void closeInput();
+    void signal(int sig);
+    // Waits for the shell to end; returns the raw wait status, -1 on timeout.
+    int wait(std::chrono::milliseconds timeout = std::chrono::seconds(20));
+
+  private:
+    void pump(int timeoutMs);
+    pid_t pid_ = -1;
+    int in_ = -1, out_ = -1, err_ = -1;
+    std::string buffer_, errbuf_;
+    bool finished_ = false;
+    int status_ = -1;
+};
+
+}  // namespace labtest

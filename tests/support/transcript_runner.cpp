@@ -1,0 +1,314 @@
+// Runs the cases of one transcript file against the shell ($LABSH, default
+// the one this build made) and reports every difference.
+//
+// A transcript holds cases:
+//
+//   === name of the case
+//   --- args            words given after the program name, one per line
+//   --- argv0           the program name to pass instead of the binary's path
+//   --- env             NAME=value to set, -NAME to unset, one per line
+//   --- setup           /bin/sh script run in the fresh directory first
+//   --- stdin           the input, exactly (each line ends with a newline)
+//   --- stdin-noeol     the same, without the final newline
+//   --- stdin-file      input taken from this file (made by the setup)
+//   --- stdout          expected standard output
+//   --- stderr          expected standard error (empty when not given)
+//   --- merged          expected output of both streams in one pipe
+//   --- status          expected exit: a number, or "signal NAME" (default 0)
+//   --- post            /bin/sh script run in the directory afterwards
+//   --- post-stdout     its expected output
+//
+// In expected output every line is compared exactly, except:
+//   "~ regex"      the whole line matches the (ECMAScript) regular expression;
+//   "~~~"          any number of lines, none included;
+//   "\~..."        a literal line beginning with "~";
+//   "text (no-eol)" the last line, which has no newline at its end;
+//   "@startup"     the four start-up lines without -p (the program name and
+//                  the executable's date vary);
+//   "@startup-p"   the two start-up lines with -p;
+//   "@prompt rest" a line that begins with the default prompt, then "rest".
+// Lines starting with "#" between cases are comments.
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "support/session.h"
+
+namespace {
+
+struct Case {
+    std::string name;
+    int line = 0;
+    std::vector<std::string> args, env;
+    std::string argv0, setup, input, stdinFile, post;
+    bool noeol = false;
+    std::optional<std::string> out, err, merged, postOut;
+    std::string status = "0";
+};
+
+std::vector<Case> Parse(const std::string &path) {
+    std::ifstream f(path);
+    if (!f) throw std::runtime_error("cannot read " + path);
+    std::vector<Case> cases;
+    std::string line, section;
+    std::string *target = nullptr;
+    std::vector<std::string> *list = nullptr;
+    int n = 0;
+    auto finish = [&] {
+        if (!cases.empty() && target == &cases.back().input && cases.back().noeol && !target->empty() &&
+            target->back() == '\n')
+            target->pop_back();
+    };
+    while (std::getline(f, line)) {
+        n++;
+        if (line.rfind("=== ", 0) == 0) {
+            finish();
+            cases.push_back({});
+            cases.back().name = line.substr(4);
+            cases.back().line = n;
+            target = nullptr;
+            list = nullptr;
+            continue;
+        }
+        if (cases.empty()) continue;
+        Case &c = cases.back();
+        if (line.rfind("--- ", 0) == 0) {
+            finish();
+            section = line.substr(4);
+            target = nullptr;
+            list = nullptr;
+            if (section == "args") list = &c.args;
+            else if (section == "env") list = &c.env;
+            else if (section == "argv0") target = &c.argv0;
+            else if (section == "setup") target = &c.setup;
+            else if (section == "stdin") target = &c.input;
+            else if (section == "stdin-noeol") { target = &c.input; c.noeol = true; }
+            else if (section == "stdin-file") target = &c.stdinFile;
+            else if (section == "stdout") target = &c.out.emplace();
+            else if (section == "stderr") target = &c.err.emplace();
+            else if (section == "merged") target = &c.merged.emplace();
+            else if (section == "status") { target = &c.status; c.status.clear(); }
+            else if (section == "post") target = &c.post;
+            else if (section == "post-stdout") target = &c.postOut.emplace();
+            else throw std::runtime_error(path + ":" + std::to_string(n) + ": unknown section " + section);
+            continue;
+        }
+        if (list != nullptr) {
+            if (!line.empty()) list->push_back(line);
+        } else if (target != nullptr) {
+            *target += line + "\n";
+        }
+    }
+    finish();
+    for (Case &c : cases) {
+        for (std::string *s : {&c.argv0, &c.stdinFile, &c.status})
+            while (!s->empty() && (s->back() == '\n' || s->back() == ' ')) s->pop_back();
+    }
+    return cases;
+}
+
+std::string Escape(const std::string &s) {
+    static const std::regex special(R"([.^$|()\[\]{}*+?\\])");
+    return std::regex_replace(s, special, R"(\$&)");
+}
+
+struct Pattern {
+    enum Kind { Exact, Regex, Any } kind;
+    std::string text;
+    bool noeol = false;
+};
+
+std::vector<Pattern> Compile(const std::string &expected) {
+    std::vector<Pattern> ps;
+    std::istringstream in(expected);
+    std::string l;
+    while (std::getline(in, l)) {
+        Pattern p{Pattern::Exact, l};
+        const std::string tag = " (no-eol)";
+        if (l.size() >= tag.size() && l.compare(l.size() - tag.size(), tag.size(), tag) == 0) {
+            p.noeol = true;
+            l.erase(l.size() - tag.size());
+            p.text = l;
+        }
+        if (l == "@startup") {
+            ps.push_back({Pattern::Exact, "Iniciando shell.."});
+            ps.push_back({Pattern::Regex, "Ejecutar .* -p para importar el path"});
+            ps.push_back({Pattern::Exact, ""});
+            ps.push_back({Pattern::Regex,
+                          R"(version del shell 6\.I\.02 (Fecha ejecutable: \d\d/\d\d/\d{4}, \d\d:\d\d:\d\d)?)"});
+            continue;
+        }
+        if (l == "@startup-p") {
+            ps.push_back({Pattern::Exact, "Iniciando shell.."});
+            ps.push_back({Pattern::Regex,
+                          R"(version del shell 6\.I\.02 (Fecha ejecutable: \d\d/\d\d/\d{4}, \d\d:\d\d:\d\d)?)"});
+            continue;
+        }
+        if (l.rfind("@prompt ", 0) == 0 || l == "@prompt") {
+            p.kind = Pattern::Regex;
+            p.text = R"([^@]*@[^{]*\{[^}]*\} %\) )" + Escape(l.size() > 8 ? l.substr(8) : "");
+        } else if (l == "~~~") {
+            p.kind = Pattern::Any;
+        } else if (l.rfind("~ ", 0) == 0) {
+            p.kind = Pattern::Regex;
+            p.text = l.substr(2);
+        } else if (l.rfind("\\~", 0) == 0) {
+            p.text = l.substr(1);
+        }
+        ps.push_back(p);
+    }
+    return ps;
+}
+
+struct Line {
+    std::string text;
+    bool noeol = false;
+};
+
+std::vector<Line> Lines(const std::string &s) {
+    std::vector<Line> ls;
+    size_t at = 0;
+    while (at < s.size()) {
+        size_t nl = s.find('\n', at);
+        if (nl == std::string::npos) {
+            ls.push_back({s.substr(at), true});
+            break;
+        }
+        ls.push_back({s.substr(at, nl - at), false});
+        at = nl + 1;
+    }
+    return ls;
+}
+
+bool LineMatches(const Pattern &p, const Line &l) {
+    if (p.noeol != l.noeol) return false;
+    if (p.kind == Pattern::Exact) return p.text == l.text;
+    try {
+        return std::regex_match(l.text, std::regex(p.text));
+    } catch (const std::regex_error &) {
+        return false;
+    }
+}
+
+bool Match(const std::vector<Pattern> &ps, size_t i, const std::vector<Line> &ls, size_t j) {
+    while (i < ps.size()) {
+        if (ps[i].kind == Pattern::Any) {
+            for (size_t k = j; k <= ls.size(); k++)
+                if (Match(ps, i + 1, ls, k)) return true;
+            return false;
+        }
+        if (j >= ls.size() || !LineMatches(ps[i], ls[j])) return false;
+        i++;
+        j++;
+    }
+    return j == ls.size();
+}
+
+// First line where expectation and output part, for the report.
+std::string Report(const std::string &what, const std::string &expected, const std::string &actual) {
+    std::ostringstream r;
+    r << "  " << what << " differs.\n  --- expected\n";
+    for (const auto &p : Compile(expected)) r << "    " << (p.kind == Pattern::Regex ? "~ " : "") << p.text
+                                              << (p.noeol ? " (no-eol)" : "") << "\n";
+    r << "  --- actual\n";
+    for (const auto &l : Lines(actual)) r << "    " << l.text << (l.noeol ? " (no-eol)" : "") << "\n";
+    return r.str();
+}
+
+bool Compare(const std::string &what, const std::string &expected, const std::string &actual, std::string &report) {
+    if (Match(Compile(expected), 0, Lines(actual), 0)) return true;
+    report += Report(what, expected, actual);
+    return false;
+}
+
+std::string StatusText(const labtest::RunResult &r) {
+    if (r.timedOut) return "timeout";
+    if (r.exited()) return std::to_string(r.exitCode());
+    if (int s = r.termSignal()) {
+        const char *abbrev = sigabbrev_np(s);
+        return std::string("signal ") + (abbrev ? abbrev : std::to_string(s).c_str());
+    }
+    return "unknown";
+}
+
+bool RunCase(const Case &c, std::string &report) {
+    labtest::TempDir dir;
+    if (!c.setup.empty()) {
+        int st = 0;
+        labtest::Shell(c.setup, dir.path(), &st);
+        if (st != 0) {
+            report += "  setup failed\n";
+            return false;
+        }
+    }
+    labtest::RunOptions o;
+    o.args = c.args;
+    o.argv0 = c.argv0;
+    o.merged = c.merged.has_value();
+    if (!c.stdinFile.empty()) o.stdinFile = dir / c.stdinFile;
+    for (const auto &e : c.env) {
+        if (e[0] == '-')
+            o.env[e.substr(1)] = std::nullopt;
+        else if (auto eq = e.find('='); eq != std::string::npos)
+            o.env[e.substr(0, eq)] = e.substr(eq + 1);
+    }
+    labtest::RunResult r = labtest::Run(c.input, dir.path(), o);
+    bool ok = true;
+    if (c.merged) {
+        ok &= Compare("output (both streams)", *c.merged, r.out, report);
+    } else {
+        ok &= Compare("standard output", c.out.value_or(""), r.out, report);
+        ok &= Compare("standard error", c.err.value_or(""), r.err, report);
+    }
+    std::string st = StatusText(r);
+    if (st != c.status) {
+        report += "  status: expected " + c.status + ", got " + st + "\n";
+        ok = false;
+    }
+    if (!c.post.empty()) {
+        std::string out = labtest::Shell(c.post, dir.path());
+        ok &= Compare("post output", c.postOut.value_or(""), out, report);
+    }
+    return ok;
+}
+
+}  // namespace
+
+int main(int argc, char *argv[]) {
+    if (argc != 2) {
+        fprintf(stderr, "usage: %s file.t\n", argv[0]);
+        return 2;
+    }
+    signal(SIGPIPE, SIG_IGN);
+    std::vector<Case> cases;
+    try {
+        cases = Parse(argv[1]);
+    } catch (const std::exception &e) {
+        fprintf(stderr, "%s\n", e.what());
+        return 2;
+    }
+    int failed = 0;
+    for (const Case &c : cases) {
+        std::string report;
+        bool ok;
+        try {
+            ok = RunCase(c, report);
+        } catch (const std::exception &e) {
+            ok = false;
+            report = std::string("  ") + e.what() + "\n";
+        }
+        printf("%s %s:%d %s\n", ok ? "ok  " : "FAIL", argv[1], c.line, c.name.c_str());
+        if (!ok) {
+            printf("%s", report.c_str());
+            failed++;
+        }
+    }
+    printf("%zu cases, %d failed (shell: %s)\n", cases.size(), failed, labtest::LabshBinary().c_str());
+    return failed == 0 ? 0 : 1;
+}
