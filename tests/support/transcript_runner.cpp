@@ -17,6 +17,9 @@
 //   --- status          expected exit: a number, or "signal NAME" (default 0)
 //   --- post            /bin/sh script run in the directory afterwards
 //   --- post-stdout     its expected output
+//   --- needs        words: "unsanitized" (skipped in the sanitizer build,
+//                       for the faults the shell provokes on purpose), "root",
+//                       "nonroot", or "program NAME" (found on PATH)
 //
 // In expected output every line is compared exactly, except:
 //   "~ regex"      the whole line matches the (ECMAScript) regular expression;
@@ -29,6 +32,8 @@
 //   "@prompt rest" a line that begins with the default prompt, then "rest".
 // Lines starting with "#" between cases are comments.
 #include <csignal>
+#include <cstdlib>
+#include <unistd.h>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -45,7 +50,7 @@ namespace {
 struct Case {
     std::string name;
     int line = 0;
-    std::vector<std::string> args, env;
+    std::vector<std::string> args, env, needs;
     std::string argv0, setup, input, stdinFile, post;
     bool noeol = false;
     std::optional<std::string> out, err, merged, postOut;
@@ -84,6 +89,7 @@ std::vector<Case> Parse(const std::string &path) {
             target = nullptr;
             list = nullptr;
             if (section == "args") list = &c.args;
+            else if (section == "requires") list = &c.needs;
             else if (section == "env") list = &c.env;
             else if (section == "argv0") target = &c.argv0;
             else if (section == "setup") target = &c.setup;
@@ -237,6 +243,21 @@ std::string StatusText(const labtest::RunResult &r) {
     return "unknown";
 }
 
+// Why a case cannot run here, or empty.
+std::string Unmet(const Case &c) {
+    for (const std::string &r : c.needs) {
+        if (r == "unsanitized" && getenv("LABSH_SANITIZED") != nullptr) return "sanitizer build";
+        if (r == "root" && geteuid() != 0) return "needs root";
+        if (r == "nonroot" && geteuid() == 0) return "runs as root";
+        if (r.rfind("program ", 0) == 0) {
+            int st = 0;
+            labtest::Shell("command -v " + r.substr(8) + " >/dev/null", "/", &st);
+            if (st != 0) return r.substr(8) + " not installed";
+        }
+    }
+    return "";
+}
+
 bool RunCase(const Case &c, std::string &report) {
     labtest::TempDir dir;
     if (!c.setup.empty()) {
@@ -296,6 +317,10 @@ int main(int argc, char *argv[]) {
     int failed = 0;
     for (const Case &c : cases) {
         std::string report;
+        if (std::string why = Unmet(c); !why.empty()) {
+            printf("skip %s:%d %s (%s)\n", argv[1], c.line, c.name.c_str(), why.c_str());
+            continue;
+        }
         bool ok;
         try {
             ok = RunCase(c, report);
