@@ -17,7 +17,7 @@
 //   --- status          expected exit: a number, or "signal NAME" (default 0)
 //   --- post            /bin/sh script run in the directory afterwards
 //   --- post-stdout     its expected output
-//   --- needs        words: "unsanitized" (skipped in the sanitizer build,
+//   --- requires        words: "unsanitized" (skipped in the sanitizer build,
 //                       for the faults the shell provokes on purpose), "root",
 //                       "nonroot", or "program NAME" (found on PATH)
 //
