@@ -34,3 +34,5 @@ void Cmd_redout(char *[]) {}
 void Cmd_rederr(char *[]) {}
 void Cmd_initredir(char *[]) {}
 void Cmd_clearredir(char *[]) {}
+int AddOpenFile(int, const char *, int, int) { return -1; }
+int RemoveOpenFile(int) { return -1; }

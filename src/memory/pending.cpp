@@ -27,3 +27,9 @@ void Cmd_recurse(char *[]) {}
 void Cmd_i_o(char *[]) {}
 void Cmd_readfile(char *[]) {}
 void Cmd_writefile(char *[]) {}
+void *DireccionNodoDescriptor(ListaMemoria *, int) { return nullptr; }
+int EliminarDescriptorDireccion(ListaMemoria *, const void *) { return -1; }
+void *PrimerElemento(ListaMemoria *) { return nullptr; }
+void *SiguienteElemento(ListaMemoria *, const void *) { return nullptr; }
+uint64_t TamanoNodoDireccion(ListaMemoria *, const void *) { return ~uint64_t{0}; }
+int TipoNodoDireccion(ListaMemoria *, const void *) { return -1; }

@@ -20,3 +20,5 @@ void Cmd_fpe(char *[]) {}
 void Cmd_protectsegv(char *[]) {}
 void Cmd_protectfpe(char *[]) {}
 void Cmd_bucle(char *[]) {}
+int ValorSenal(const char *) { return -1; }
+const char *NombreSenal(int) { return "SIGUNKNOWN"; }
