@@ -175,6 +175,10 @@ Salida RunAsNobody(const labtest::TempDir &d, const std::string &script) {
         _exit(127);
     }
     close(fds[1]);
+    if (pid == -1) {
+        close(fds[0]);
+        return {};
+    }
     Salida s;
     char buf[4096];
     for (int vueltas = 0; vueltas < 600; vueltas++) {  // 60 s at most

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
@@ -97,14 +98,43 @@ inline bool WaitState(pid_t pid, const std::string &states) {
     return false;
 }
 
-// Pids of the job lines in `out`, in order.
-inline std::vector<pid_t> JobPids(const std::string &out) {
-    static const std::regex linea(R"(^ *(\d+) .* p=-?\d+ \d{4}/\d\d/\d\d \d\d:\d\d:\d{1,2} [A-Z?]+ \(.*\) .*$)");
-    std::vector<pid_t> pids;
+// One job line as the shell prints it (a prompt may come before it).
+struct Job {
+    pid_t pid = -1;
+    std::string usuario, estado, valor, linea;
+    int prio = 0;
+};
+
+inline std::vector<Job> Jobs(const std::string &out) {
+    static const std::regex linea(
+        R"((\d+) (.{11}) p=(-?\d+) \d{4}/\d\d/\d\d \d\d:\d\d:\d{1,2} ([A-Z?]+) \(([^)]*)\) (.*)$)");
+    std::vector<Job> jobs;
     for (const std::string &l : Lines(out)) {
         std::smatch m;
-        if (std::regex_match(l, m, linea)) pids.push_back(static_cast<pid_t>(std::stoi(m[1])));
+        if (std::regex_search(l, m, linea))
+            jobs.push_back({static_cast<pid_t>(std::stoi(m[1])), m[2], m[4], m[5], m[6], std::stoi(m[3])});
     }
+    return jobs;
+}
+
+inline std::ostream &operator<<(std::ostream &o, const Job &j) {
+    return o << j.pid << " [" << j.usuario << "] p=" << j.prio << " " << j.estado << " (" << j.valor << ") " << j.linea;
+}
+
+// Waits until the process has ended: a zombie, or already reaped.
+inline bool WaitEnded(pid_t pid) {
+    for (int i = 0; i < 1000; i++) {
+        char e = State(pid);
+        if (e == 'Z' || e == '\0') return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
+}
+
+// Pids of the job lines in `out`, in order.
+inline std::vector<pid_t> JobPids(const std::string &out) {
+    std::vector<pid_t> pids;
+    for (const Job &j : Jobs(out)) pids.push_back(j.pid);
     return pids;
 }
 
@@ -113,6 +143,20 @@ inline std::string Comm(pid_t pid) {
     std::string c;
     std::getline(f, c);
     return c;
+}
+
+// Waits until the process runs `comm` (it has exec'd), at most 10 s.
+inline bool WaitComm(pid_t pid, const std::string &comm) {
+    for (int i = 0; i < 1000; i++) {
+        if (Comm(pid) == comm) return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
+}
+
+// Signals one process the test started; never a group or "every process".
+inline void Senal(pid_t pid, int sig) {
+    if (pid > 0) kill(pid, sig);
 }
 
 // Kills what a test started, by pid, once sure the pid is still that program.
