@@ -75,15 +75,15 @@ int TestSetBucle(int set, int valor) {
 }
 
 void Cmd_segmentation(char *[]) {
-    // Read through a volatile so the compiler cannot see the null and turn
-    // the store into a trap of another kind.
-    std::int32_t *volatile p = nullptr;
+    // Both the pointer and the store are volatile: the compiler may neither
+    // see the null (and trap some other way) nor drop the store.
+    volatile std::int32_t *volatile p = nullptr;
     *p = 0;
 }
 
 void Cmd_fpe(char *[]) {
     volatile int cero = 0;  // divided at run time, never folded away
-    int q = 23 / cero;
+    volatile int q = 23 / cero;
     // Processors that do not trap on integer division by zero get here.
     raise(SIGFPE);
     float f = static_cast<float>(q);
