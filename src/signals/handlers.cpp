@@ -24,7 +24,7 @@ void handler(int sen) {
     // The parameter's address tells on which stack the handler runs.
     if (v[sen]) printf("Recibida senal %s %d veces en %p\n", NombreSenal(sen), cont[sen], static_cast<void *>(&sen));
     if (r[sen] && (maxreenvios == 0 || cont[sen] < maxreenvios)) kill(getpid(), sen);
-    if (delay[sen]) sleep(static_cast<unsigned>(delay[sen]));
+    if (delay[sen] > 0) sleep(static_cast<unsigned>(delay[sen]));  // "-sleep-5" must not hang
 }
 
 void Showstack() {
@@ -44,8 +44,10 @@ void Setstack(char *tr[]) {
     nuevo.ss_sp = propia ? malloc(tam > 0 ? static_cast<size_t>(tam) : 1) : cadtop(tr[1]);
     nuevo.ss_size = static_cast<size_t>(tam > 0 ? tam : 0);
     nuevo.ss_flags = 0;
-    if (propia && nuevo.ss_sp == nullptr) {
-        errno = ENOMEM;
+    // The system would take a null base and the next signal on that stack
+    // would kill the shell: refuse it (cadtop has set EFAULT).
+    if (nuevo.ss_sp == nullptr) {
+        if (propia) errno = ENOMEM;
         perror("Imposible establecer pila");
         return;
     }

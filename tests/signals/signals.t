@@ -61,6 +61,7 @@ usesignals
 usesignals ON
 sigaltstack 0
 sigaltstack abc
+sigaltstack 65536 zzz
 sigaltstack 65536 0x1000
 sigaltstack
 exit
@@ -79,6 +80,7 @@ exit
 --- stderr
 Imposible establecer pila: Cannot allocate memory
 Imposible establecer pila: Cannot allocate memory
+Imposible establecer pila: Bad address
 === an unprotected null store ends the shell
 --- requires
 unsanitized
