@@ -1,4 +1,4 @@
-// The prompt: a specification with %-conversions, expanded anew each time it
+// The prompt: a format with %-conversions, expanded anew each time it
 // is printed so that it follows changes of directory and of user.
 #include "core/core.h"
 
@@ -114,7 +114,7 @@ const char *SetPrompt(const char *spec) {
     size_t n = 0;
     auto anadir = [&](const char *s) {
         // An expansion that outgrows the buffer is cut, but the rest of the
-        // specification is still checked.
+        // format is still checked.
         for (; *s != '\0' && n < MAXPROMPT - 1; s++) aux[n++] = *s;
     };
     for (const char *p = spec; *p != '\0'; p++) {
