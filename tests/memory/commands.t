@@ -52,17 +52,13 @@ Opcion -zz no contemplada
 $
 Opcion -zz no contemplada
 $
-=== malloc sizes: zero, not a number, too big; the list oldest first
---- env
-ASAN_OPTIONS=allocator_may_return_null=1:detect_leaks=0
+=== malloc sizes: zero, not a number; the list oldest first
 --- stdin
 prompt $%n
 override on
 malloc 0
 malloc -free 0
 allocate -malloc abc
-memmalloc 99999999999999999999999
-malloc 18446744073709551615
 malloc 100
 mmalloc 200
 dealloc -malloc 300
@@ -80,10 +76,6 @@ No se asignan bloques de 0 bytes
 $
 No se asignan bloques de 0 bytes
 $
-Imposible obtener memoria con malloc: Cannot allocate memory
-$
-Imposible obtener memoria con malloc: Cannot allocate memory
-$
 ~ Asignados 100 bytes en 0x[0-9a-f]+
 $
 ~ Asignados 200 bytes en 0x[0-9a-f]+
@@ -97,6 +89,26 @@ $
 $
 ~ \*{6}Lista de bloques asignados malloc para el proceso \d+
 ~  {4,}0x[0-9a-f]+ {14}100 [A-Z][a-z]{2} [ 123]\d [0-2]\d:[0-5]\d malloc
+$
+=== a size too big for malloc is refused, also when it overflows the conversion
+--- env
+ASAN_OPTIONS=allocator_may_return_null=1:detect_leaks=0:log_path=asan
+--- stdin
+prompt $%n
+override on
+memmalloc 99999999999999999999999
+malloc 18446744073709551615
+malloc
+--- stdout
+@startup
+@prompt $
+la ejecucion de comandos que no son de las practicas esta habilitada
+$
+Imposible obtener memoria con malloc: Cannot allocate memory
+$
+Imposible obtener memoria con malloc: Cannot allocate memory
+$
+~ \*{6}Lista de bloques asignados malloc para el proceso \d+
 $
 === free and deallocate: no address or a null one lists, unknown ones are refused
 --- stdin
@@ -199,16 +211,16 @@ $
 Imposible mapear fichero: No such file or directory
 $
 ~ \*{6}Lista de bloques asignados mmap para el proceso \d+
-~  {4,}0x[0-9a-f]+ {16}5 [A-Z][a-z]{2} [ 123]\d [0-2]\d:[0-5]\d f  \(descriptor 3\)
-~  {4,}0x[0-9a-f]+ {16}5 [A-Z][a-z]{2} [ 123]\d [0-2]\d:[0-5]\d f  \(descriptor 4\)
-~  {4,}0x[0-9a-f]+ {16}5 [A-Z][a-z]{2} [ 123]\d [0-2]\d:[0-5]\d f  \(descriptor 5\)
+~  {4,}0x[0-9a-f]+ {16}5 [A-Z][a-z]{2} [ 123]\d [0-2]\d:[0-5]\d f  \(descriptor \d+\)
+~  {4,}0x[0-9a-f]+ {16}5 [A-Z][a-z]{2} [ 123]\d [0-2]\d:[0-5]\d f  \(descriptor \d+\)
+~  {4,}0x[0-9a-f]+ {16}5 [A-Z][a-z]{2} [ 123]\d [0-2]\d:[0-5]\d f  \(descriptor \d+\)
 $
 Fichero nada no mapeado
 $
 $
 ~ \*{6}Lista de bloques asignados mmap para el proceso \d+
-~  {4,}0x[0-9a-f]+ {16}5 [A-Z][a-z]{2} [ 123]\d [0-2]\d:[0-5]\d f  \(descriptor 4\)
-~  {4,}0x[0-9a-f]+ {16}5 [A-Z][a-z]{2} [ 123]\d [0-2]\d:[0-5]\d f  \(descriptor 5\)
+~  {4,}0x[0-9a-f]+ {16}5 [A-Z][a-z]{2} [ 123]\d [0-2]\d:[0-5]\d f  \(descriptor \d+\)
+~  {4,}0x[0-9a-f]+ {16}5 [A-Z][a-z]{2} [ 123]\d [0-2]\d:[0-5]\d f  \(descriptor \d+\)
 $
 === readfile and writefile on missing files
 --- setup
