@@ -384,6 +384,46 @@ TEST(MemoriaE2E, MappedFilesWithTheirDescriptors) {
     EXPECT_EQ(WEXITSTATUS(st), 0);
 }
 
+TEST(MemoriaE2E, MappedFilesDescriptorClosedOnItsOwn) {
+    labtest::TempDir d;
+    labtest::WriteFile(d / "datos", "0123456789");
+    Shell sh(d.path());
+    pid_t pid = sh.session().pid();
+    int df = LibreMasBajo(pid);
+    std::string D = std::to_string(df);
+    std::string m1 = Direccion(sh("mmap datos r").at(0));
+    Lineas abiertos = sh("listopen");
+    if (abiertos.empty()) GTEST_SKIP() << "the open-file table is not built in this tree";
+    auto mapeoListado = [&] {
+        for (const auto &l : sh("listopen"))
+            if (l.find("Mapeo de datos") != std::string::npos) return true;
+        return false;
+    };
+    EXPECT_TRUE(mapeoListado());
+
+    EXPECT_EQ(sh("close " + D), Lineas{"Descriptor " + D + " corresponde a fichero mapeado. Usa -f para cerrarlo"});
+    EXPECT_EQ(Enlace(pid, df), d / "datos");
+    EXPECT_EQ(sh("close " + D + " -f"), Lineas{});
+    EXPECT_EQ(Enlace(pid, df), "");
+    EXPECT_FALSE(mapeoListado());
+    EXPECT_NE(Mapeo(pid, m1), "");
+    auto lista = Elementos(sh("mmap"));
+    ASSERT_EQ(lista.size(), 1u);
+    EXPECT_EQ(lista[0], std::make_pair(m1, std::string("10 datos  (descriptor -1)")));
+
+    // The next file opened takes the number again; releasing the mapping
+    // leaves it alone.
+    labtest::WriteFile(d / "otro", "x");
+    std::string m2 = Direccion(sh("mmap otro r").at(0));
+    EXPECT_EQ(Enlace(pid, df), d / "otro");
+    EXPECT_EQ(sh("mmap -free datos"), Lineas{});
+    EXPECT_EQ(Mapeo(pid, m1), "");
+    EXPECT_EQ(Enlace(pid, df), d / "otro");
+    EXPECT_EQ(sh("free " + m1), Lineas{"Direccion " + m1 + " no asignada con malloc, shared o mmap"});
+    EXPECT_EQ(Elementos(sh("mmap")).size(), 1u);
+    (void)m2;
+}
+
 TEST(MemoriaE2E, PmapShowsTheShellsMappings) {
     int st = 0;
     labtest::TempDir d;
