@@ -55,8 +55,24 @@ class Trabajos : public ::testing::Test {
         labtest::WriteFile(dir / "tres.sh", "while [ ! -e fin ]; do sleep 0.05; done\nexit 3\n");
         s.send("override on");
     }
+    // Ends every job still listed and lets the shell reap it, so that
+    // nothing outlives the test, not even as a zombie.
+    void TearDown() override {
+        try {
+            for (const Job &j : Jobs(Enviar(s, {"listjobs"})))
+                if (j.estado == "ACTIVO" || j.estado == "PARADO") limpieza.add(j.pid, Comm(j.pid));
+            for (const auto &[pid, comm] : limpieza.procesos)
+                if (pid > 0 && Comm(pid) == comm) {
+                    Senal(pid, SIGKILL);
+                    WaitEnded(pid);
+                }
+            Enviar(s, {"listjobs"});
+        } catch (const std::exception &) {
+            // The shell is gone: Limpieza still ends what is left.
+        }
+    }
     labtest::TempDir dir;
-    Limpieza limpieza;  // outlives nothing it must kill: declared before the session goes
+    Limpieza limpieza;  // destroyed after the session: ends what setsid took out of its group
     labtest::Session s{dir.path(), {"-p"}};
 };
 
