@@ -30,6 +30,8 @@ TEST(Entorno, PutenvMovesEnvironButNotMainsArray) {
                     o);
     auto ls = Lines(r.out);
     ASSERT_EQ(ls.size(), 15u) << r.out;
+    EXPECT_TRUE(std::regex_match(ls[0], std::regex(R"(environ:   0x[0-9a-f]+ \(almacenado en 0x[0-9a-f]+\))")));
+    EXPECT_TRUE(std::regex_match(ls[1], std::regex(R"(main arg3: 0x[0-9a-f]+ \(almacenado en 0x[0-9a-f]+\))")));
     std::string antes = ls[0] + "\n" + ls[1];
     EXPECT_EQ(Addr(antes, "environ:"), Addr(antes, "main arg3:"));
     EXPECT_EQ(ls[2], "dos");

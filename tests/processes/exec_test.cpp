@@ -245,6 +245,9 @@ TEST(RutaDeBusqueda, SearchWhereAndMissingPrograms) {
                     "where\n"
                     "search -path\n"
                     "where ./ls\n"
+                    "abbrev on\n"
+                    "where li\n"
+                    "abbrev off\n"
                     "no-existe-labsh\n"
                     "fg\n"
                     "execute\n"
@@ -262,7 +265,8 @@ TEST(RutaDeBusqueda, SearchWhereAndMissingPrograms) {
               "jobs: comando interno listjobs\n"
               "listjobs: comando interno listjobs\n"
               "Importados 2 directorios en la ruta de busqueda\n"
-              "./ls\n");
+              "./ls\n"
+              "Abreviatura de comando no unica: li\n");
     EXPECT_EQ(r.err,
               "No ejecutado: No such file or directory\n"
               "No ejecutado: Bad address\n"
