@@ -8,6 +8,8 @@ foreach(v BUILD_DIR PREFIX BINDIR MANDIR)
   endif()
 endforeach()
 
+# A DESTDIR from the caller's environment would send the files elsewhere.
+unset(ENV{DESTDIR})
 file(REMOVE_RECURSE "${PREFIX}")
 execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD_DIR}" --prefix "${PREFIX}"
   RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
