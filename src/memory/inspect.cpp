@@ -80,8 +80,12 @@ unsigned char ConvertirByte(const char *cad) {
 void LlenarMemoria(void *dir, size_t cont, unsigned char byte, int paso) {
     auto *p = static_cast<unsigned char *>(dir);
     // The step is added as an unsigned offset: a negative one wraps past the
-    // count after the first byte.
-    for (uint64_t i = 0; i < cont; i += static_cast<uint64_t>(static_cast<int64_t>(paso))) p[i] = byte;
+    // count after the first byte. A step of 0 would write offset 0 for ever;
+    // one write leaves memory just as that would, without hanging the shell.
+    for (uint64_t i = 0; i < cont; i += static_cast<uint64_t>(static_cast<int64_t>(paso))) {
+        p[i] = byte;
+        if (paso == 0) break;
+    }
 }
 
 // Not inlined into itself: each level must be a frame of its own.

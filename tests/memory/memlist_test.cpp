@@ -168,6 +168,8 @@ TEST(Relleno, ByteWordsAndSteps) {
     EXPECT_EQ(std::string(buf, 12), "B...........");
     LlenarMemoria(buf, 0, 'C', 1);
     EXPECT_EQ(buf[0], 'B');
+    LlenarMemoria(buf, 10, 'D', 0);  // returns, leaving what the endless loop would
+    EXPECT_EQ(std::string(buf, 12), "D...........");
 }
 
 }  // namespace
