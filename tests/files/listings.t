@@ -224,3 +224,40 @@ $
 ************t
 ~  +\d+  u
 $
+=== paths longer than the 1024-byte buffers: the entry is reported, never entered
+--- setup
+mkdir largo && cd largo
+for n in 1 2 3 4 5; do d=$(printf "%0250d" $n); mkdir $d; cd $d; done
+touch hoja
+--- stdin
+prompt $%n
+override on
+listrec largo
+listrev -long largo
+--- stdout
+@startup
+@prompt $
+la ejecucion de comandos que no son de las practicas esta habilitada
+$
+************largo
+~  +\d+  0{249}1
+~ \*{12}largo/0{249}1
+~  +\d+  0{249}2
+~ \*{12}largo/0{249}1/0{249}2
+~  +\d+  0{249}3
+~ \*{12}largo/0{249}1/0{249}2/0{249}3
+~  +\d+  0{249}4
+~ \*{12}largo/0{249}1/0{249}2/0{249}3/0{249}4
+~  \*\*\*\*error al acceder a 0{249}5:File name too long
+$
+~ \*{12}largo/0{249}1/0{249}2/0{249}3/0{249}4
+~  \*\*\*\*error al acceder a 0{249}5:File name too long
+~ \*{12}largo/0{249}1/0{249}2/0{249}3
+~ \d{4}/\d\d/\d\d-\d\d:\d\d   \d \( *\d+\) +\S+ +\S+ d[-rwx]{9} +\d+ 0{249}4
+~ \*{12}largo/0{249}1/0{249}2
+~ \d{4}/\d\d/\d\d-\d\d:\d\d   \d \( *\d+\) +\S+ +\S+ d[-rwx]{9} +\d+ 0{249}3
+~ \*{12}largo/0{249}1
+~ \d{4}/\d\d/\d\d-\d\d:\d\d   \d \( *\d+\) +\S+ +\S+ d[-rwx]{9} +\d+ 0{249}2
+************largo
+~ \d{4}/\d\d/\d\d-\d\d:\d\d   \d \( *\d+\) +\S+ +\S+ d[-rwx]{9} +\d+ 0{249}1
+$

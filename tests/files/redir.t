@@ -121,7 +121,7 @@ descriptor: 7, offset: (  )-> no usado
 $
 --- post
 sed 's/offset: ([0-9]*)/offset: (N)/' salida.txt
-ls -l salida.txt | cut -c1-10
+[ "$(stat -c %a salida.txt)" = "$(printf '%o' $((0666 & ~$(umask))))" ] && echo "modo intacto"
 --- post-stdout
 antes
 $
@@ -139,7 +139,7 @@ entrada estandar en fichero configuracion original (-1)
 salida estandar en fichero salida.txt (6) 
 error estandar en fichero configuracion original (-1) 
 $
--rw-r--r--
+modo intacto
 === redirecting twice leaves the first file open and unprotected; error to a new file
 --- stdin
 prompt $%n
