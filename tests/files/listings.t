@@ -184,7 +184,7 @@ $
        0  2001/02/03-04:05 viejo
 $
 ************s
-~ 2001/02/03-04:05   1 \( *\d+\) +\S+ +\S+ -rw-r--r--        0 viejo
+~ 2001/02/03-04:05   1 \( *\d+\) +\S+ +\S+ -[-rw]{2}-[-rw]{2}-[-rw]{2}-        0 viejo
 $
 === dir: one line per name, -d enters directories, the parameters apply
 --- setup
