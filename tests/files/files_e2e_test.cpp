@@ -194,4 +194,42 @@ TEST(FicherosE2E, DirectoriesThatVanishDuringAWalk) {
     EXPECT_EQ(r.err, "");
 }
 
+// The expectation of a recursive listing, built from the order in which the
+// system returns the entries (never sorted).
+void Esperado(const std::string &base, const std::string &rel, bool antes, std::string &out) {
+    std::vector<std::string> nombres;
+    DIR *d = opendir((base + "/" + rel).c_str());
+    while (dirent *e = readdir(d))
+        if (e->d_name[0] != '.') nombres.push_back(e->d_name);
+    closedir(d);
+    std::string propio = "************" + rel + "\n";
+    for (const std::string &n : nombres) {
+        struct stat s;
+        lstat((base + "/" + rel + "/" + n).c_str(), &s);
+        char linea[600];
+        snprintf(linea, sizeof linea, " %7lu  %s\n", static_cast<unsigned long>(s.st_size), n.c_str());
+        propio += linea;
+    }
+    std::string subdirs;
+    for (const std::string &n : nombres) {
+        struct stat s;
+        if (lstat((base + "/" + rel + "/" + n).c_str(), &s) == 0 && S_ISDIR(s.st_mode))
+            Esperado(base, rel + "/" + n, antes, subdirs);
+    }
+    out += antes ? subdirs + propio : propio + subdirs;
+}
+
+TEST(FicherosE2E, RecursiveListingsFollowTheSystemsEntryOrder) {
+    labtest::TempDir dir;
+    labtest::Shell("mkdir -p r/s1/t r/s2 r/s3/u/v && for d in r r/s1 r/s2 r/s3 r/s1/t r/s3/u/v; do "
+                   "printf 12 > $d/f1; printf 1234 > $d/f2; ln -s f1 $d/l; done && printf x > r/.oculto",
+                   dir.path());
+    std::string despues, antes;
+    Esperado(dir.path(), "r", false, despues);
+    Esperado(dir.path(), "r", true, antes);
+    labtest::RunResult r = labtest::Run("prompt $%n\noverride on\nlistrec r\nlistrev r\n", dir.path());
+    std::string out = r.out.substr(r.out.find("habilitada\n$\n") + 13);
+    EXPECT_EQ(out, despues + "$\n" + antes + "$\n");
+}
+
 }  // namespace
