@@ -273,3 +273,27 @@ $
 $
 $
 sigue-en-f$
+=== redin -reset goes back to the original input where it was left
+--- setup
+printf 'writestr 1 desde-fichero\nredin -reset\n' > ordenes
+--- stdin
+prompt $%n
+override on
+initredir
+redin ordenes
+writestr 1 de-vuelta
+redin
+--- stdout
+@startup
+@prompt $
+la ejecucion de comandos que no son de las practicas esta habilitada
+$
+$
+$
+desde-fichero$
+$
+de-vuelta$
+entrada estandar en fichero configuracion original (-1) 
+salida estandar en fichero configuracion original (-1) 
+error estandar en fichero configuracion original (-1) 
+$
