@@ -43,8 +43,12 @@ const char *MachineName() {
 }
 
 const char *OSName() {
+    // The system's name cannot change while the process lives (the host name
+    // can): one successful query serves every later prompt.
     static struct utsname u;
-    if (uname(&u) == -1) return "UnknownO.S.";
+    static bool leido = false;
+    if (!leido && uname(&u) == -1) return "UnknownO.S.";
+    leido = true;
     return u.sysname;
 }
 
