@@ -7,6 +7,8 @@
 #include <cstring>
 #include <grp.h>
 #include <pwd.h>
+#include <string>
+#include <unordered_map>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -43,14 +45,38 @@ const char *Permisos(mode_t m) {
     return permisos;
 }
 
+namespace {
+
+// Names already looked up during the current listing: the user and group
+// databases are read once per id instead of once per entry.
+bool recordando = false;
+std::unordered_map<uid_t, std::string> usuarios;
+std::unordered_map<gid_t, std::string> grupos;
+
+}  // namespace
+
+void RecordarNombres(bool activa) {
+    recordando = activa;
+    usuarios.clear();
+    grupos.clear();
+}
+
 const char *NombreUsuario(uid_t uid) {
+    if (recordando)
+        if (auto it = usuarios.find(uid); it != usuarios.end()) return it->second.c_str();
     struct passwd *p = getpwuid(uid);
-    return p == nullptr ? " ??????" : p->pw_name;
+    const char *nombre = p == nullptr ? " ??????" : p->pw_name;
+    if (!recordando) return nombre;
+    return usuarios.emplace(uid, nombre).first->second.c_str();
 }
 
 const char *NombreGrupo(gid_t gid) {
+    if (recordando)
+        if (auto it = grupos.find(gid); it != grupos.end()) return it->second.c_str();
     struct group *g = getgrgid(gid);
-    return g == nullptr ? "??????" : g->gr_name;
+    const char *nombre = g == nullptr ? "??????" : g->gr_name;
+    if (!recordando) return nombre;
+    return grupos.emplace(gid, nombre).first->second.c_str();
 }
 
 namespace {

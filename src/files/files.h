@@ -47,6 +47,8 @@ void Cmd_writestr(char *tr[]);
 char TipoFichero(mode_t m);
 const char *Permisos(mode_t m);
 const char *NombreUsuario(uid_t uid);
+// While on (during a listing), user and group names are looked up once per id.
+void RecordarNombres(bool activa);
 const char *NombreGrupo(gid_t gid);
 const char *Fecha2(time_t t);
 const char *ConvertirDia(time_t t);

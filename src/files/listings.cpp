@@ -7,6 +7,7 @@
 #include <cstring>
 #include <dirent.h>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <sys/stat.h>
 
@@ -26,6 +27,43 @@ struct CerrarDir {
     void operator()(DIR *d) const { closedir(d); }
 };
 using Directorio = std::unique_ptr<DIR, CerrarDir>;
+
+// A listing may write tens of thousands of lines. While one runs, its lines
+// are gathered and written in large pieces, and user and group names are
+// looked up once per id; nothing else writes meanwhile, so the output is the
+// same, in the same order, as line by line.
+std::string tanda;
+int agrupando = 0;
+
+void Escribir() {
+    if (tanda.empty()) return;
+    fwrite(tanda.data(), 1, tanda.size(), stdout);
+    tanda.clear();
+}
+
+void Linea(const char *a, const char *b = "") {
+    if (agrupando == 0) {
+        printf("%s%s\n", a, b);
+        return;
+    }
+    tanda += a;
+    tanda += b;
+    tanda += '\n';
+    if (tanda.size() >= 65536) Escribir();
+}
+
+struct Agrupar {
+    Agrupar() {
+        if (agrupando++ == 0) RecordarNombres(true);
+    }
+    ~Agrupar() {
+        if (--agrupando > 0) return;
+        Escribir();
+        RecordarNombres(false);
+    }
+    Agrupar(const Agrupar &) = delete;
+    Agrupar &operator=(const Agrupar &) = delete;
+};
 
 bool EsOculto(const char *nombre) { return nombre[0] == '.'; }
 
@@ -64,11 +102,15 @@ void Listar(char *tr[], OpcionesListado o) {
         PrintDirActual();
         return;
     }
+    Agrupar agrupar;
     for (int i = 0; tr[i] != nullptr; i++) {
-        if (!EsDirectorio(tr[i]))
-            printf("%s\n", DetallesFichero(o.corto, nullptr, tr[i], o.link, o.acc));
-        else if (ListarDirectorio(tr[i], o.corto, o.ocultos, o.modo, o.link, o.acc) == -1)
-            printf("Error al listar directorio %s:%s\n", tr[i], strerror(errno));
+        if (!EsDirectorio(tr[i])) {
+            Linea(DetallesFichero(o.corto, nullptr, tr[i], o.link, o.acc));
+        } else if (ListarDirectorio(tr[i], o.corto, o.ocultos, o.modo, o.link, o.acc) == -1) {
+            char error[4096];
+            snprintf(error, sizeof error, "Error al listar directorio %s:%s", tr[i], strerror(errno));
+            Linea(error);
+        }
     }
 }
 
@@ -94,10 +136,10 @@ int EsDirRecursivo() { return varDirRecursivo; }
 int ListarDirectorioSimple(const char *dir, int corto, int ocultos, int link, int acc) {
     DIR *d = opendir(dir);
     if (d == nullptr) return -1;
-    printf("************%s\n", dir);
+    Linea("************", dir);
     while (struct dirent *e = readdir(d)) {
         if (!ocultos && EsOculto(e->d_name)) continue;
-        printf("%s\n", DetallesFichero(corto, dir, e->d_name, link, acc));
+        Linea(DetallesFichero(corto, dir, e->d_name, link, acc));
     }
     return closedir(d);
 }
@@ -151,15 +193,17 @@ void Cmd_listrev(char *tr[]) { ListarConModo(tr, RECURSIVO_ANTES); }
 void Cmd_dir(char *tr[]) {
     int corto = !varDirLargo;
     if (tr[0] == nullptr) {
+        Agrupar agrupar;
         ListarDirectorio(".", corto, varDirOcultos, varDirRecursivo, varDirLink, 0);
         return;
     }
     bool contenidos = strcmp(tr[0], "-d") == 0;
+    Agrupar agrupar;
     for (int i = contenidos ? 1 : 0; tr[i] != nullptr; i++) {
         if (contenidos && EsDirectorio(tr[i]))
             ListarDirectorio(tr[i], corto, varDirOcultos, varDirRecursivo, varDirLink, 0);
         else
-            printf("%s\n", DetallesFichero(corto, nullptr, tr[i], varDirLink, 0));
+            Linea(DetallesFichero(corto, nullptr, tr[i], varDirLink, 0));
     }
 }
 
