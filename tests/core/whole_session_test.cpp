@@ -181,6 +181,9 @@ TEST(SesionCompleta, LongRunKeepsMemoryFlat) {
     }
     ASSERT_TRUE(WIFEXITED(status)) << "status " << status;
     EXPECT_EQ(WEXITSTATUS(status), 0);
+    // The sanitizers keep freed memory in quarantine: there the run only
+    // shows that nothing breaks.
+    if (Sanitized()) return;
     ASSERT_GT(base, 0) << "the shell ended before it could be measured";
     EXPECT_LE(peak - base, 256) << "resident size grew from " << base << " KiB to " << peak << " KiB";
 }
