@@ -53,7 +53,6 @@ Id sistema de ficheros no valido
 $
 $
 $
-
 === labels: replacement, seven significant characters, deletion and clearing
 --- stdin
 prompt $%n
@@ -113,7 +112,6 @@ $
 $
 LABEL:  memoria, ADDR: 0x50 
 $
-
 === copies and moves between disk files; no file system named
 --- setup
 printf 'linea 1\nlinea 2\n' > fichero.txt
