@@ -8,18 +8,13 @@ override on
 memfs
 sfmemoria -bad
 memfs -format
-memfs-format
 memfs-list
-mfslist
 memfs-cp a
-memfs -copy a
 memfs-mv a
 memfs-del
-memfs-format 0x1234
 format zzz
 memfs-list 0x1234
 memfs -search
-memfs-find
 --- stdout
 @startup
 @prompt $
@@ -31,13 +26,7 @@ Uso sfmemoria [-format|-list|-search|-label|-copy|-move|-delete] ....
 $
    memfs-format id_mem
 $
-   memfs-format id_mem
-$
    memfs-ls id_mem
-$
-   memfs-ls id_mem
-$
-   memfs-cp id1 id2
 $
    memfs-cp id1 id2
 $
@@ -47,10 +36,7 @@ $
 $
    id_mem no valido (no corresponde a un bloque de malloc o shared)
 $
-   id_mem no valido (no corresponde a un bloque de malloc o shared)
-$
 Id sistema de ficheros no valido
-$
 $
 $
 === labels: replacement, seven significant characters, deletion and clearing

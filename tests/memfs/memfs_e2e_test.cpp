@@ -79,47 +79,31 @@ std::string Linea(uintptr_t datos, uint32_t tam, const std::string &nombre) {
     return b;
 }
 
-TEST(MemfsShell, FormattingNeedsASixteenKilobyteBlockOfTheList) {
+TEST(MemfsShell, FormattingNeedsASixteenKilobyteMallocOrSharedBlock) {
     Shell sh;
     std::string pequeno = sh.Direccion("malloc 16383");
     std::string blk = sh.Direccion("malloc 16384");
     std::string mega = sh.Direccion("malloc 1048576");
+    labtest::WriteFile(sh.path("mapa"), std::string(20000, 'm'));
+    std::string mapa = sh.Direccion("mmap mapa rw");
     EXPECT_EQ(sh("memfs-format " + pequeno), "   tamano bloque memoria demasiado pequeno: 16383 (min 16384)\n");
     EXPECT_EQ(SinFechas(sh("memfs-format " + blk)), Cabecera(16384, 6, 16346, 0));
     EXPECT_EQ(SinFechas(sh("memfs -format " + mega.substr(2))), Cabecera(1048576, 258, 1048576 - 290, 0));
     EXPECT_EQ(sh("memfs-find"), "Sistema de ficheros valido en " + blk + "\nSistema de ficheros valido en " + mega + "\n");
-    EXPECT_EQ(SinFechas(sh("memfs-list " + blk)), Cabecera(16384, 6, 16346, 0));
-
     const std::string noValido = "   id_mem no valido (no corresponde a un bloque de malloc o shared)\n";
+    EXPECT_EQ(sh("memfs-format " + mapa), noValido);
     EXPECT_EQ(sh("memfs-format " + Hex(Num(blk) + 16)), noValido);  // inside a block
-    EXPECT_EQ(sh("memfs-format 0x1234"), noValido);
-    EXPECT_EQ(sh("memfs-format zzz"), noValido);
     EXPECT_EQ(sh("memfs-list " + Hex(Num(blk) + 16)), "Id sistema de ficheros no valido\n");
     EXPECT_EQ(sh("memfs-list " + pequeno), "Id sistema de ficheros no valido\n");
-    EXPECT_EQ(sh("memfs-list zzz"), "Id sistema de ficheros no valido\n");
-
-    labtest::WriteFile(sh.path("mapa"), std::string(20000, 'm'));
-    std::string mapa = sh.Direccion("mmap mapa rw");
-    EXPECT_EQ(sh("memfs-format " + mapa), noValido);
-
-    EXPECT_EQ(sh("memfs-format"), "   memfs-format id_mem\n");
-    EXPECT_EQ(sh("memfs-list"), "   memfs-ls id_mem\n");
-    EXPECT_EQ(sh("memfs-cp x"), "   memfs-cp id1 id2\n");
-    EXPECT_EQ(sh("memfs-mv x"), "   memfs-mv id1 id2\n");
-    EXPECT_EQ(sh("memfs-del"), "   memfs-rm id_fich\n");
-    EXPECT_EQ(sh("sfmemoria -bad"), "Uso sfmemoria [-format|-list|-search|-label|-copy|-move|-delete] ....\n");
-    EXPECT_EQ(sh("memfs"), "Uso memfs [-format|-list|-search|-label|-copy|-move|-delete] ....\n");
-
-    // Formatting again discards the files.
+    // Formatting again discards the files; a freed block is no file system.
     labtest::WriteFile(sh.path("f"), "contenido");
     EXPECT_EQ(sh("memfs-cp f " + blk + ":f"), "");
     EXPECT_EQ(SinFechas(sh("format " + blk)), Cabecera(16384, 6, 16346, 0));
-    // A freed block is no file system any more, even at the same address.
-    EXPECT_EQ(sh("free " + blk).find("no asignada"), std::string::npos);
+    sh("free " + blk);
     EXPECT_EQ(sh("memfs-list " + blk), "Id sistema de ficheros no valido\n");
 }
 
-TEST(MemfsShell, CopiesInEveryDirectionKeepTheBytes) {
+TEST(MemfsShell, CopiesMovesAndDeletionsInEveryDirection) {
     Shell sh;
     std::string a = sh.Direccion("malloc 16384"), b = sh.Direccion("malloc 32768");
     sh("memfs-format " + a);
@@ -133,57 +117,27 @@ TEST(MemfsShell, CopiesInEveryDirectionKeepTheBytes) {
     EXPECT_EQ(sh("memfs-cp bin " + a + ":uno"), "");
     EXPECT_EQ(sh("copy txt " + a.substr(2) + ":dos"), "");
     EXPECT_EQ(sh("memfs-cp " + a + ":uno " + b + ":tres"), "");
-    EXPECT_EQ(sh("memfs-cp " + a + ":dos " + a + ":cuatro"), "");  // within one file system: appended
+    EXPECT_EQ(sh("memfs-cp " + a + ":dos " + a + ":cuatro"), "");  // appended in the same file system
     EXPECT_EQ(sh("memfs-cp " + b + ":tres salida"), "");
-    EXPECT_EQ(sh("memfs-cp " + a + ":cuatro salida2"), "");
-    EXPECT_EQ(sh("memfs-cp txt copia"), "");
-    EXPECT_EQ(SinFechas(sh("memfs-list " + a)), Cabecera(16384, 6, 16346 - 3010, 3) + Linea(datosA, 3000, "uno") +
-                                                     Linea(datosA + 3000, 5, "dos") +
-                                                     Linea(datosA + 3005, 5, "cuatro"));
+    EXPECT_EQ(sh("memfs-mv " + a + ":cuatro salida2"), "");
+    EXPECT_EQ(sh("memfs-mv txt copia"), "");
+    EXPECT_EQ(SinFechas(sh("memfs-list " + a)),
+              Cabecera(16384, 6, 16346 - 3005, 2) + Linea(datosA, 3000, "uno") + Linea(datosA + 3000, 5, "dos"));
     EXPECT_EQ(SinFechas(sh("mfslist " + b)), Cabecera(32768, 10, 32768 - 42 - 3000, 1) + Linea(datosB, 3000, "tres"));
     EXPECT_EQ(labtest::ReadFile(sh.path("salida")), binario);
     EXPECT_EQ(labtest::ReadFile(sh.path("salida2")), "hola\n");
     EXPECT_EQ(labtest::ReadFile(sh.path("copia")), "hola\n");
+    EXPECT_NE(access(sh.path("txt").c_str(), F_OK), 0);
 
-    // Existing destinations: on disk and, by prefix, in memory.
-    EXPECT_EQ(sh("memfs-cp " + a + ":uno copia"), "Imposible copiar fichero: File exists\n");
-    EXPECT_EQ(labtest::ReadFile(sh.path("copia")), "hola\n");
-    EXPECT_EQ(sh("memfs-cp txt copia"), "Imposible copiar fichero: File exists\n");
-    EXPECT_EQ(sh("memfs-cp txt " + a + ":cu"), "Imposible copiar fichero: File exists\n");
+    EXPECT_EQ(sh("memfs-mv copia " + b + ":c"), "");
+    EXPECT_EQ(sh("memfs-del " + b + ":tres"), "");
+    EXPECT_EQ(SinFechas(sh("memfs-list " + b)), Cabecera(32768, 10, 32768 - 42 - 5, 1) + Linea(datosB, 5, "c"));
+    EXPECT_EQ(sh("memfs-cp " + a + ":uno salida"), "Imposible copiar fichero: File exists\n");
+    EXPECT_EQ(labtest::ReadFile(sh.path("salida")), binario);
+    EXPECT_EQ(sh("memfs-cp bin " + a + ":un"), "Imposible copiar fichero: File exists\n");
     EXPECT_EQ(sh("memfs-cp " + a + ":nada x"), "Imposible copiar fichero: No such file or directory\n");
-    EXPECT_EQ(sh("memfs-cp nada " + a + ":x"), "Imposible copiar fichero: No such file or directory\n");
-    EXPECT_EQ(sh("memfs-cp 0x1234:a b"), "Imposible copiar fichero: No such device or address\n");
-    EXPECT_EQ(sh("memfs-cp txt zz:a"), "Imposible copiar fichero: No such device or address\n");
-    EXPECT_EQ(sh("memfs-cp txt " + Hex(Num(a) + 32) + ":a"), "Imposible copiar fichero: No such device or address\n");
-    EXPECT_EQ(sh("memfs -copy txt " + a + ":"), "");  // an empty name is SinNombre
-    EXPECT_NE(sh("memfs-list " + a).find(" SinNombre\n"), std::string::npos);
-}
-
-TEST(MemfsShell, MovesAndDeletionsKeepTheFileSystemPacked) {
-    Shell sh;
-    std::string a = sh.Direccion("malloc 16384");
-    sh("memfs-format " + a);
-    uintptr_t datos = Num(a) + 1664;
-    labtest::WriteFile(sh.path("x"), std::string(100, 'x'));
-    labtest::WriteFile(sh.path("y"), std::string(200, 'y'));
-    labtest::WriteFile(sh.path("z"), std::string(50, 'z'));
-    EXPECT_EQ(sh("memfs-mv x " + a + ":x"), "");
-    EXPECT_EQ(access(sh.path("x").c_str(), F_OK), -1);
-    EXPECT_EQ(sh("memfs-cp y " + a + ":y"), "");
-    EXPECT_EQ(sh("move z " + a + ":z"), "");
-    EXPECT_EQ(sh("memfs-del " + a + ":y"), "");
-    EXPECT_EQ(SinFechas(sh("memfs-list " + a)),
-              Cabecera(16384, 6, 16346 - 150, 2) + Linea(datos, 100, "x") + Linea(datos + 100, 50, "z"));
-    EXPECT_EQ(sh("memfs -move " + a + ":z zz"), "");
-    EXPECT_EQ(labtest::ReadFile(sh.path("zz")), std::string(50, 'z'));
-    EXPECT_EQ(sh("memfs-mv " + a + ":x y"), "Imposible mover fichero: File exists\n");
-    EXPECT_EQ(sh("memfs-mv y yy"), "");
-    EXPECT_EQ(access(sh.path("y").c_str(), F_OK), -1);
-    EXPECT_EQ(labtest::ReadFile(sh.path("yy")), std::string(200, 'y'));
     EXPECT_EQ(sh("memfs-del " + a + ":nada"), "Imposible borrar fichero: No such file or directory\n");
-    EXPECT_EQ(sh("remove 0x1234:x"), "Imposible borrar fichero: No such device or address\n");
-    EXPECT_EQ(sh("memfs -delete " + a + ":x"), "");
-    EXPECT_EQ(SinFechas(sh("memfs-list " + a)), Cabecera(16384, 6, 16346, 0));
+    EXPECT_EQ(sh("memfs-cp bin " + Hex(Num(a) + 32) + ":x"), "Imposible copiar fichero: No such device or address\n");
 }
 
 TEST(MemfsShell, SpaceCapacityAndLongNamesAreChecked) {
@@ -197,15 +151,12 @@ TEST(MemfsShell, SpaceCapacityAndLongNamesAreChecked) {
     EXPECT_EQ(sh("memfs-cp p " + a + ":" + largo), "");
     EXPECT_EQ(SinFechas(sh("memfs-list " + a)),
               Cabecera(16384, 6, 16345, 1) + Linea(Num(a) + 1664, 1, std::string(255, 'L')));
-    EXPECT_EQ(sh("memfs-cp " + a + ":" + largo + " fuera"), "Imposible copiar fichero: No such file or directory\n");
     EXPECT_EQ(sh("memfs-cp " + a + ":" + std::string(255, 'L') + " fuera"), "");
     EXPECT_EQ(labtest::ReadFile(sh.path("fuera")), "p");
-    for (const char *n : {"b", "c", "d", "e"}) EXPECT_EQ(sh("memfs-cp p " + a + ":" + n), "");
+    for (const char *n : {"b", "c", "d", "e", "f"}) EXPECT_EQ(sh("memfs-cp p " + a + ":" + n), "");
     // All six entries in use: the file system no longer counts as valid.
-    EXPECT_EQ(sh("memfs-cp p " + a + ":f"), "");
     EXPECT_EQ(sh("memfs-list " + a), "Id sistema de ficheros no valido\n");
     EXPECT_EQ(sh("memfs-cp p " + a + ":g"), "Imposible copiar fichero: No such device or address\n");
-    EXPECT_EQ(sh("memfs-del " + a + ":b"), "Imposible borrar fichero: No such device or address\n");
     EXPECT_EQ(sh("memfs-find"), "");
 }
 
@@ -213,42 +164,15 @@ TEST(MemfsShell, LabelsNameFileSystems) {
     Shell sh;
     std::string a = sh.Direccion("malloc 16384");
     EXPECT_EQ(sh("assign blk " + a), "");
-    EXPECT_EQ(sh("assign otro 0x10"), "");
-    char l1[128], l2[128];
-    snprintf(l1, sizeof l1, "LABEL: %8s, ADDR: %s %s\n", "blk", a.c_str(), "");
-    snprintf(l2, sizeof l2, "LABEL: %8s, ADDR: %s %s\n", "otro", "0x10", "");
-    EXPECT_EQ(sh("assign"), std::string(l1) + l2);
     EXPECT_EQ(SinFechas(sh("memfs-format blk")), Cabecera(16384, 6, 16346, 0));
-    snprintf(l1, sizeof l1, "LABEL: %8s, ADDR: %s %s\n", "blk", a.c_str(), "Sistema de Ficheros valido");
-    EXPECT_EQ(sh("memfs-label"), std::string(l1) + l2);
-    EXPECT_EQ(sh("memfs -label"), std::string(l1) + l2);
+    char linea[128];
+    snprintf(linea, sizeof linea, "LABEL: %8s, ADDR: %s %s\n", "blk", a.c_str(), "Sistema de Ficheros valido");
+    EXPECT_EQ(sh("memfs -label"), linea);
     labtest::WriteFile(sh.path("f"), "datos");
     EXPECT_EQ(sh("memfs-cp f blk:"), "");
     EXPECT_EQ(SinFechas(sh("memfs-list blk")), Cabecera(16384, 6, 16341, 1) + Linea(Num(a) + 1664, 5, "SinNombre"));
-    EXPECT_EQ(sh("memfs-cp blk:Sin g"), "");
-    EXPECT_EQ(labtest::ReadFile(sh.path("g")), "datos");
-
-    EXPECT_EQ(sh("assign -add otro 0x20"), "");
-    EXPECT_EQ(sh("assign memoria1 0x30"), "");
-    EXPECT_EQ(sh("label memoria2 0x40"), "");
-    snprintf(l2, sizeof l2, "LABEL: %8s, ADDR: %s %s\n", "otro", "0x20", "");
-    char l3[128];
-    snprintf(l3, sizeof l3, "LABEL: %8s, ADDR: %s %s\n", "memoria", "0x40", "");
-    EXPECT_EQ(sh("showlabels"), std::string(l1) + l2 + l3);
-    EXPECT_EQ(sh("assign -add x 0"), "direccion de memoria no valida: 0\n");
-    EXPECT_EQ(sh("assign x zz"), "direccion de memoria no valida: zz\n");
-    EXPECT_EQ(sh("assign -add x"), "uso: assign -add nombre addr\n");
-    EXPECT_EQ(sh("label a b c"), "uso: label [-add|-del|-clear] ....\n");
-    EXPECT_EQ(sh("assign uno"), "uso: assign [-add|-del|-clear] ....\n");
-    EXPECT_EQ(sh("assign -del nolabel"), "");
-    EXPECT_EQ(sh("assign -del"), "");
-    EXPECT_EQ(sh("assign -del otro"), "");
-    EXPECT_EQ(sh("assign"), std::string(l1) + l3);
     EXPECT_EQ(sh("assign -clear"), "");
-    EXPECT_EQ(sh("assign"), "");
     EXPECT_EQ(sh("memfs-list blk"), "Id sistema de ficheros no valido\n");  // read as hexadecimal now
-    EXPECT_EQ(sh("assign blk " + a), "");
-    EXPECT_EQ(sh("memfs-list blk").substr(0, 6), "SF de ");
 }
 
 TEST(MemfsShell, SharedSegmentsHoldFileSystemsSeenFromEveryAttachment) {
@@ -269,8 +193,7 @@ TEST(MemfsShell, SharedSegmentsHoldFileSystemsSeenFromEveryAttachment) {
     labtest::WriteFile(sh.path("f"), "compartido");
     EXPECT_EQ(sh("memfs-cp f " + a + ":f"), "");
     EXPECT_EQ(SinFechas(sh("memfs-list " + b)), Cabecera(16384, 6, 16336, 1) + Linea(Num(b) + 1664, 10, "f"));
-    EXPECT_EQ(sh("memfs-cp " + b + ":f " + a + ":g"), "");
-    EXPECT_EQ(sh("memfs-cp " + a + ":g salida"), "");
+    EXPECT_EQ(sh("memfs-cp " + b + ":f salida"), "");
     EXPECT_EQ(labtest::ReadFile(sh.path("salida")), "compartido");
     EXPECT_EQ(sh("memfs-find"), "Sistema de ficheros valido en " + a + "\nSistema de ficheros valido en " + b + "\n");
     EXPECT_EQ(sh("delkey " + k), "");
@@ -279,22 +202,10 @@ TEST(MemfsShell, SharedSegmentsHoldFileSystemsSeenFromEveryAttachment) {
 TEST(MemfsShell, FindSkipsMappedFilesItCannotRead) {
     Shell sh;
     labtest::WriteFile(sh.path("f"), std::string(100, 'f'));
-    sh.Direccion("mmap f");
+    sh.Direccion("mmap f");  // no permission word: not readable
     std::string a = sh.Direccion("malloc 16384");
     sh("memfs-format " + a);
     EXPECT_EQ(sh("memfs-find"), "Sistema de ficheros valido en " + a + "\n");
-}
-
-TEST(MemfsShell, TwoLabelsOnOneAddressMakeTheListingCycle) {
-    Shell sh;
-    sh("assign uno 0x10");
-    sh("assign dos 0x20");
-    sh("assign tres 0x10");
-    sh.s.send("assign");
-    std::string out;
-    for (int i = 0; i < 4; i++) out += sh.s.readUntil("\n");
-    EXPECT_NE(out.find("LABEL:      uno, ADDR: 0x10 \nLABEL:      dos, ADDR: 0x20 \nLABEL:      uno, ADDR: 0x10 \n"),
-              std::string::npos);
 }
 
 TEST(MemfsShell, DeletingAWordWithoutAColonReadsTheDiskMarker) {
