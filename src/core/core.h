@@ -8,7 +8,10 @@
 
 // ---------------------------------------------------------------- loop
 constexpr int MAXLINEA = 4096;    // line buffer, including terminator
-constexpr int MAXPALABRAS = 2048; // word array entries, including the null
+// A 4095-character line holds up to 2048 one-letter words ("a a ... a"), and
+// the null after the last one needs a slot of its own: 2048 words plus the
+// null make 2049 entries.
+constexpr int MAXPALABRAS = 2049; // word array entries, including the null
 
 using Manejador = void (*)(char *tr[]);
 
@@ -155,4 +158,17 @@ void Cmd_limits(char *tr[]);
 void Cmd_chdir(char *tr[]);
 void Cmd_chroot(char *tr[]);
 void Cmd_pwd(char *tr[]);
+
+void PrintLimits(int recurso, const char *nombre, const char *unidad, unsigned long long divisor);
+void PrintLimitsAddressSpace();
+void PrintLimitsDataSize();
+void PrintLimitsFileSize();
+void PrintLimitsOpenFiles();
+void PrintLimitsResidentSetSize();
+void PrintLimitsStackSize();
+void PrintLimitsCoreSize();
+void PrintLimitsRamLock();
+void PrintLimitsProcessUser();
+void PrintLimitsPseudoTerminals();
+void PrintLimitsCPU();
 void PrintAllLimits();
