@@ -26,6 +26,9 @@ void LiberarDeRedireccion(int df);
 const char *CadOffset(int df);
 void PrintOpenFile(int df);
 void ListOpenFiles(int n);
+// A typed descriptor or small integer, read as atoi reads it but clamped to
+// the range of int instead of overflowing.
+int LeerDescriptor(const char *s);
 
 void Cmd_open(char *tr[]);
 void Cmd_close(char *tr[]);

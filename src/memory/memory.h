@@ -2,8 +2,10 @@
 // heap, shared and mapped memory, and inspection of the address space.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <ctime>
+#include <sys/types.h>
 
 constexpr int MAXBLOQUES = 4096;
 
@@ -67,6 +69,15 @@ void ImprimirListaMmap(ListaMemoria *l);
 void ImprimirListaMemCompleta(ListaMemoria *l);
 
 // ------------------------------------------------ allocation and release
+// Each prints its own result or error, except the two that return an
+// address (null with errno set on failure).
+void doMalloc(size_t tam);
+void doMallocDealloc(size_t tam);
+void *ObtenerMemoriaShmget(int32_t clave, size_t tam);
+void doSharedDealloc(int32_t clave);
+void *doMmapFichero(const char *fichero, int proteccion);
+void doMmapDealloc(const char *fichero);
+void doDeallocate(void *dir);
 void EliminarListaBloquesMemoria();
 
 void Cmd_allocate(char *tr[]);
@@ -85,6 +96,18 @@ void Cmd_free(char *tr[]);
 void Cmd_delkey(char *tr[]);
 
 // ---------------------------------------------- inspection and transfer
+const char *CadBon(unsigned char c);
+void MostrarLinea(const void *dir, int n);
+void MostrarMemoria(const void *dir, size_t cont);
+unsigned char ConvertirByte(const char *cad);
+void LlenarMemoria(void *dir, size_t cont, unsigned char byte, int paso);
+void Recursiva(int n);
+ssize_t LeerFichero(const char *fichero, void *dir, size_t cont);
+ssize_t EscribirFichero(const char *fichero, const void *dir, size_t cont, int sobreescribir);
+void Do_showvars();
+void Do_showfuncs();
+void Do_pmap();
+
 void Cmd_memory(char *tr[]);
 void Cmd_memdump(char *tr[]);
 void Cmd_memfill(char *tr[]);

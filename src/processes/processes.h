@@ -33,6 +33,10 @@ void Cmd_uid(char *tr[]);
 void Cmd_priority(char *tr[]);
 
 // ------------------------------------------------------------- execution
+// Capacity of the environment built for one execution; the array handed to
+// ComprobarEntorno must hold MAXENTORNO pointers plus the terminating null.
+constexpr int MAXENTORNO = 128;
+
 int exec(char *tr[], const char *usuario, int *prioridad);
 int Proceso(char *tr[], int segundoplano, const char *usuario, int *prioridad);
 const char *Ejecutable(const char *s);

@@ -10,6 +10,10 @@ struct SenalNombre {
     int senal;
 };
 
+// Signal sets cover the signals 1 to 32 only.
+constexpr int MAXSENALCONJUNTO = 32;
+void AnadirAConjunto(sigset_t *s, int sen);  // ignores numbers outside 1..32
+
 int ValorSenal(const char *nombre);
 const char *NombreSenal(int sen);
 int EnmascararSenal(int sen);
@@ -41,6 +45,14 @@ void Cmd_sigunmask(char *tr[]);
 void Cmd_sigprocmask(char *tr[]);
 
 // -------------------------------------------------------------- handlers
+// Per-signal settings of `handler`, indexed by signal number.
+constexpr int MAXSENALES = 32;
+extern int cont[MAXSENALES];   // receptions counted
+extern int v[MAXSENALES];      // report each reception
+extern int r[MAXSENALES];      // send it again
+extern int delay[MAXSENALES];  // seconds to sleep before returning
+extern int maxreenvios;        // re-send while the count is below it; 0: always
+
 // Set by `usesignals`: a failed read of input is retried, not the end.
 extern volatile sig_atomic_t HaySenales;
 
