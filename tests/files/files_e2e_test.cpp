@@ -29,6 +29,12 @@ std::vector<std::string> Lineas(const std::string &s) {
     return v;
 }
 
+labtest::RunOptions InheritAll() {
+    labtest::RunOptions o;
+    o.inheritDescriptors = true;
+    return o;
+}
+
 // Every position of the shell's table is taken by an inherited descriptor,
 // so the next one the shell opens is past the table's end.
 TEST(FicherosE2E, DescriptorsPastTheTableAreUsedButNotRecorded) {
@@ -58,7 +64,7 @@ TEST(FicherosE2E, DescriptorsPastTheTableAreUsedButNotRecorded) {
                                         "close 4096\n"
                                         "close 4096\n"
                                         "dup 4096\n",
-                                        dir.path());
+                                        dir.path(), InheritAll());
     for (int df : abiertos) close(df);
     if (std::find(abiertos.begin(), abiertos.end(), base) == abiertos.end()) close(base);
 

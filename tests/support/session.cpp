@@ -27,7 +27,8 @@ void Check(bool ok, const char *what) {
 
 // Child side of a spawn: descriptors in place, environment adjusted, exec.
 [[noreturn]] void ExecShell(const std::string &dir, const std::vector<std::string> &args, const std::string &argv0,
-                            const std::map<std::string, std::optional<std::string>> &env) {
+                            const std::map<std::string, std::optional<std::string>> &env,
+                            const std::vector<std::string> &wrapper = {}, bool inherit = false) {
     if (chdir(dir.c_str()) == -1) _exit(126);
     for (const auto &[name, value] : env) {
         if (value)
@@ -37,7 +38,9 @@ void Check(bool ok, const char *what) {
     }
     std::string bin = LabshBinary();
     std::vector<char *> argv;
-    std::string name = argv0.empty() ? bin : argv0;
+    std::vector<std::string> front = wrapper;
+    for (auto &w : front) argv.push_back(w.data());
+    std::string name = argv0.empty() || !wrapper.empty() ? bin : argv0;
     argv.push_back(name.data());
     std::vector<std::string> copy = args;
     for (auto &a : copy) argv.push_back(a.data());
@@ -48,7 +51,13 @@ void Check(bool ok, const char *what) {
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
-    execv(bin.c_str(), argv.data());
+    // Only the three standard descriptors: whatever the test runner keeps
+    // open would show in the shell's open-file table and shift its numbers.
+    if (!inherit) close_range(3, ~0U, 0);
+    if (wrapper.empty())
+        execv(bin.c_str(), argv.data());
+    else
+        execvp(argv[0], argv.data());
     _exit(127);
 }
 
@@ -160,7 +169,7 @@ RunResult Run(const std::string &input, const std::string &dir, const RunOptions
         dup2(out[1], 1);
         dup2(options.merged ? out[1] : err[1], 2);
         for (int fd : {in, out[0], out[1], err[0], err[1]}) close(fd);
-        ExecShell(dir, options.args, options.argv0, options.env);
+        ExecShell(dir, options.args, options.argv0, options.env, options.wrapper, options.inheritDescriptors);
     }
     setpgid(pid, pid);
     close(in);

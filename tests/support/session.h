@@ -41,6 +41,8 @@ struct RunOptions {
     bool merged = false;                      // stdout and stderr in one pipe
     std::string stdinFile;                    // read input from this file instead of `input`
     std::string argv0;                        // program name as passed, default the binary path
+    std::vector<std::string> wrapper;         // a program that runs the shell (e.g. valgrind)
+    bool inheritDescriptors = false;          // pass on the test's descriptors past 2
     std::chrono::seconds timeout{60};
 };
 
