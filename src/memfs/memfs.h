@@ -52,11 +52,49 @@ int BuscarFicheroSF(void *sf, const char *nombre);
 int BorrarFicheroSF(IdFich id);
 
 // -------------------------------------------------------- copy and move
+int32_t CopyDiskDisk(const char *origen, const char *destino);
+int32_t CopyDiskMem(const char *origen, IdFich destino);
+int32_t CopyMemDisk(IdFich origen, const char *destino);
+int32_t CopyMemMem(IdFich origen, IdFich destino);
 int32_t CopiarFicheroSF(IdFich origen, IdFich destino);
 int32_t MoverFicheroSF(IdFich origen, IdFich destino);
 int BorrarFichero(IdFich id);
 
-// --------------------------------------------------- labels and commands
+// ---------------------------------------------------------------- labels
+constexpr int MAXLABELS = 2048;     // the last slot is never used
+constexpr int MAXNOMBRELABEL = 7;   // characters of a name that count
+
+struct EntradaLabel {
+    char nombre[MAXNOMBRELABEL + 1];  // the last byte stays zero
+    void *direccion;                  // null: free slot
+};
+
+// Operations on a given table...
+void InicializarListaLabel(EntradaLabel t[]);
+int AniadirLabel(EntradaLabel t[], const char *nombre, void *dir);
+int BuscarLabel(EntradaLabel t[], const char *nombre);
+int BorrarLabel(EntradaLabel t[], const char *nombre);
+void *ObtenerAddr(EntradaLabel t[], const char *nombre);
+const char *ObtenerLabel(EntradaLabel t[], const void *dir);
+void *ObtenerPrimeraDireccion(EntradaLabel t[]);
+void *ObtenerSiguienteDireccion(EntradaLabel t[], const void *dir);
+// ...and on the shell's one table.
+void InitLabel();
+int LabelAdd(const char *nombre, void *dir);
+int LabelDel(const char *nombre);
+void *LabelAddr(const char *nombre);
+const char *LabelLabel(const void *dir);
+void *LabelFirstAddr();
+void *LabelNextAddr(const void *dir);
+
+// ------------------------------------------------ naming file systems
+// The start of a malloc or shared block of the shell's block list.
+int ValidAddrForMakingFS(const void *dir);
+int ValidSFAddr(const void *dir);
+// "idsf:nombre" (the colon is overwritten) or a disk path.
+void ObtenerIdfich(IdFich *id, char *palabra);
+
+// -------------------------------------------------------------- commands
 void Cmd_assign(char *tr[]);
 void Cmd_memfs(char *tr[]);
 void MemFSListar(char *tr[]);

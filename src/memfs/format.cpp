@@ -1,0 +1,159 @@
+// The layout of a file system inside a memory block: header, entry table and
+// packed data, and the operations on one formatted block.
+#include "memfs/memfs.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+CabeceraSF *Cabecera(void *sf) { return static_cast<CabeceraSF *>(sf); }
+
+EntradaFicheroSF *Entradas(void *sf) {
+    return reinterpret_cast<EntradaFicheroSF *>(static_cast<char *>(sf) + sizeof(CabeceraSF));
+}
+
+// ctime's text, or an empty line when the time cannot be represented (a
+// header written by hand, not by FormatearSF).
+const char *TextoFecha(int64_t t) {
+    time_t tt = static_cast<time_t>(t);
+    const char *s = ctime(&tt);
+    return s != nullptr ? s : "\n";
+}
+
+}  // namespace
+
+// The metadata counts one byte per entry, not the entry's real size: the free
+// byte count is kept that way on purpose.
+uint64_t TamanoSF(uint32_t n) { return uint64_t{n} + sizeof(CabeceraSF); }
+
+int EspacioInsuficiente(uint32_t n, uint32_t tam) { return tam <= TamanoSF(n); }
+
+int EsValidoSF(const void *sf) {
+    if (sf == nullptr) return 0;
+    const auto *c = static_cast<const CabeceraSF *>(sf);
+    if (c->magico != MAGICO_SF) return 0;
+    if (c->ficheros >= c->capacidad) return 0;
+    return c->libres <= static_cast<uint32_t>(c->tamano - static_cast<uint32_t>(TamanoSF(c->capacidad)));
+}
+
+int FormatearSF(void *sf, uint32_t n, uint32_t tam) {
+    if (EspacioInsuficiente(n, tam)) {
+        errno = ENOSPC;
+        return -1;
+    }
+    CabeceraSF *c = Cabecera(sf);
+    c->magico = MAGICO_SF;
+    c->capacidad = n;
+    c->ficheros = 0;
+    c->tamano = tam;
+    c->libres = tam - static_cast<uint32_t>(TamanoSF(n));
+    c->formateo = time(nullptr);
+    memset(Entradas(sf), 0, sizeof(EntradaFicheroSF) * size_t{n});
+    return 0;
+}
+
+void *DirPrincipioDatos(void *sf) {
+    return static_cast<char *>(sf) + sizeof(CabeceraSF) + sizeof(EntradaFicheroSF) * size_t{Cabecera(sf)->capacidad};
+}
+
+void *DirPrincipioDatosFichero(void *sf, uint32_t i) {
+    return static_cast<char *>(DirPrincipioDatos(sf)) + Entradas(sf)[i].desplazamiento;
+}
+
+void *DirFinalDatos(void *sf) {
+    uint32_t n = Cabecera(sf)->ficheros;
+    if (n == 0) return DirPrincipioDatos(sf);
+    return static_cast<char *>(DirPrincipioDatosFichero(sf, n - 1)) + Entradas(sf)[n - 1].tamano;
+}
+
+uint32_t NuevoDesplazamiento(void *sf, uint32_t i) {
+    if (i == 0) return 0;
+    const EntradaFicheroSF &e = Entradas(sf)[i - 1];
+    return e.desplazamiento + e.tamano;
+}
+
+int64_t auxTamanoFichero(const char *path) {
+    struct stat s;
+    if (stat(path, &s) == -1) return -1;
+    return s.st_size;
+}
+
+int64_t LeerFicheroDisco(const char *path, void *dir) {
+    struct stat s;
+    if (stat(path, &s) == -1) return -1;
+    // O_NONBLOCK: a FIFO with no writer reads as empty instead of stopping
+    // the shell; regular files are not affected.
+    int df = open(path, O_RDONLY | O_NONBLOCK);
+    if (df == -1) return -1;
+    ssize_t n = read(df, dir, static_cast<size_t>(s.st_size));
+    int err = errno;
+    close(df);
+    errno = err;
+    return n;
+}
+
+int64_t EscribirFicheroDisco(const char *path, const void *dir, uint64_t len, int sobreescribir) {
+    int flags = O_WRONLY | O_CREAT | (sobreescribir ? O_TRUNC : O_EXCL);
+    int df = open(path, flags, 0777);
+    if (df == -1) return -1;
+    ssize_t n = write(df, dir, len);
+    int err = errno;
+    close(df);
+    errno = err;
+    return n;
+}
+
+void ListarSF(void *sf) {
+    const CabeceraSF *c = Cabecera(sf);
+    printf("SF de %u bytes con capacidad para %u ficheros %s", c->tamano, c->capacidad, TextoFecha(c->formateo));
+    printf("      %u bytes desponibles. Total %u fichero(s) \n", c->libres, c->ficheros);
+    for (uint32_t i = 0; i < c->ficheros; i++) {
+        const EntradaFicheroSF &e = Entradas(sf)[i];
+        char fecha[64];
+        snprintf(fecha, sizeof fecha, "%s", TextoFecha(e.tiempo));
+        fecha[strcspn(fecha, "\n")] = '\0';
+        printf("(%p): %10u bytes  %s %.*s\n", DirPrincipioDatosFichero(sf, i), e.tamano, fecha,
+               static_cast<int>(sizeof e.nombre), e.nombre);
+    }
+}
+
+// Prefix match on purpose: "dat" finds "datos", "" finds the first file.
+int BuscarFicheroSF(void *sf, const char *nombre) {
+    if (nombre == nullptr) return -1;
+    size_t len = strlen(nombre);
+    for (uint32_t i = 0; i < Cabecera(sf)->ficheros; i++)
+        if (strncmp(Entradas(sf)[i].nombre, nombre, len) == 0) return static_cast<int>(i);
+    return -1;
+}
+
+int BorrarFicheroSF(IdFich id) {
+    void *sf = id.sf;
+    if (!EsValidoSF(sf)) {
+        errno = ENXIO;
+        return -1;
+    }
+    int encontrado = BuscarFicheroSF(sf, id.nombre);
+    if (encontrado == -1) {
+        errno = ENOENT;
+        return -1;
+    }
+    CabeceraSF *c = Cabecera(sf);
+    EntradaFicheroSF *e = Entradas(sf);
+    uint32_t tam = e[encontrado].tamano;
+    // Each later file moves down over the gap; entry i-1 is already in its
+    // final place when entry i's new offset is computed.
+    for (uint32_t i = static_cast<uint32_t>(encontrado); i + 1 < c->ficheros; i++) {
+        uint32_t nuevo = NuevoDesplazamiento(sf, i);
+        memmove(static_cast<char *>(DirPrincipioDatos(sf)) + nuevo, DirPrincipioDatosFichero(sf, i + 1), e[i + 1].tamano);
+        e[i] = e[i + 1];
+        e[i].desplazamiento = nuevo;
+    }
+    c->ficheros--;
+    c->libres += tam;
+    return 0;
+}
