@@ -29,6 +29,33 @@ void *ResolverSF(const char *palabra) {
 
 bool BloqueDeLista(const void *dir) { return TamanoNodoDireccion(&L, dir) != ~uint64_t{0}; }
 
+bool EnMemoria(const IdFich &id) { return id.sf != nullptr && id.sf != SF_DISCO; }
+
+// The free-byte count of a file system counts one byte per table entry where
+// an entry takes 272, so it promises room the block does not have. A copy
+// into memory that would run past the end of the block's real memory is
+// refused as a lack of space: the shell never writes outside its blocks.
+bool CabeEnElBloque(const IdFich &origen, const IdFich &destino) {
+    if (!EnMemoria(destino)) return true;
+    int64_t tam = -1;
+    if (origen.sf == SF_DISCO) {
+        tam = auxTamanoFichero(origen.nombre);
+    } else if (EnMemoria(origen)) {
+        int i = BuscarFicheroSF(origen.sf, origen.nombre);
+        if (i != -1) {
+            const char *entradas = static_cast<const char *>(origen.sf) + sizeof(CabeceraSF);
+            tam = reinterpret_cast<const EntradaFicheroSF *>(entradas)[i].tamano;
+        }
+    }
+    if (tam < 0) return true;  // the copy itself reports the missing source
+    auto *inicio = static_cast<char *>(destino.sf);
+    auto *datos = static_cast<char *>(DirFinalDatos(destino.sf));
+    uint64_t bloque = TamanoNodoDireccion(&L, destino.sf);
+    if (datos < inicio || static_cast<uint64_t>(datos - inicio) + static_cast<uint64_t>(tam) <= bloque) return true;
+    errno = ENOSPC;
+    return false;
+}
+
 // A mapped file may be mapped without read permission: ask the kernel
 // whether the header can be read before reading it.
 bool Legible(const void *dir, size_t n) {
@@ -129,7 +156,7 @@ void MemFSCopiar(char *tr[]) {
     IdFich origen, destino;
     ObtenerIdfich(&origen, tr[0]);
     ObtenerIdfich(&destino, tr[1]);
-    if (CopiarFicheroSF(origen, destino) == -1) perror("Imposible copiar fichero");
+    if (!CabeEnElBloque(origen, destino) || CopiarFicheroSF(origen, destino) == -1) perror("Imposible copiar fichero");
 }
 
 void MemFSMover(char *tr[]) {
@@ -140,7 +167,7 @@ void MemFSMover(char *tr[]) {
     IdFich origen, destino;
     ObtenerIdfich(&origen, tr[0]);
     ObtenerIdfich(&destino, tr[1]);
-    if (MoverFicheroSF(origen, destino) == -1) perror("Imposible mover fichero");
+    if (!CabeEnElBloque(origen, destino) || MoverFicheroSF(origen, destino) == -1) perror("Imposible mover fichero");
 }
 
 // Deletes inside a file system only: a word without a colon is not unlinked,

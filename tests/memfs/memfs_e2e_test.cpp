@@ -160,6 +160,27 @@ TEST(MemfsShell, SpaceCapacityAndLongNamesAreChecked) {
     EXPECT_EQ(sh("memfs-find"), "");
 }
 
+// The free count promises 271 bytes per entry more than the block holds: the
+// commands refuse what would run past the block's end, and the shell's heap
+// stays whole.
+TEST(MemfsShell, CopiesNeverRunPastTheBlock) {
+    Shell sh;
+    std::string a = sh.Direccion("malloc 16384");
+    sh("memfs-format " + a);  // data from 1664: 14720 real bytes, 16346 counted
+    labtest::WriteFile(sh.path("justo"), std::string(14720, 'j'));
+    labtest::WriteFile(sh.path("uno-mas"), std::string(14721, 'u'));
+    EXPECT_EQ(sh("memfs-cp uno-mas " + a + ":u"), "Imposible copiar fichero: No space left on device\n");
+    EXPECT_EQ(sh("memfs-mv uno-mas " + a + ":u"), "Imposible mover fichero: No space left on device\n");
+    EXPECT_EQ(labtest::ReadFile(sh.path("uno-mas")).size(), 14721u);
+    EXPECT_EQ(sh("memfs-cp justo " + a + ":j"), "");
+    EXPECT_EQ(SinFechas(sh("memfs-list " + a)), Cabecera(16384, 6, 1626, 1) + Linea(Num(a) + 1664, 14720, "j"));
+    EXPECT_EQ(sh("memfs-cp " + a + ":j " + a + ":k"), "Imposible copiar fichero: No space left on device\n");
+    sh.s.send("exit");
+    int st = sh.s.wait();
+    ASSERT_TRUE(WIFEXITED(st)) << st;
+    EXPECT_EQ(WEXITSTATUS(st), 0);
+}
+
 TEST(MemfsShell, LabelsNameFileSystems) {
     Shell sh;
     std::string a = sh.Direccion("malloc 16384");
