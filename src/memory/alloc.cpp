@@ -210,7 +210,11 @@ void Cmd_shared(char *tr[]) {
         Cmd_memshared(tr);
 }
 
-void Cmd_memmalloc(char *tr[]) {
+namespace {
+
+// Allocation and release by size share their answers: no word lists the
+// malloc blocks, and a size of 0 is refused either way.
+void PorTamano(char *tr[], void (*accion)(size_t)) {
     if (tr[0] == nullptr) {
         ImprimirListaMalloc(&L);
         return;
@@ -219,20 +223,13 @@ void Cmd_memmalloc(char *tr[]) {
     if (tam == 0)
         printf("No se asignan bloques de 0 bytes\n");
     else
-        doMalloc(tam);
+        accion(tam);
 }
 
-void Cmd_memdemalloc(char *tr[]) {
-    if (tr[0] == nullptr) {
-        ImprimirListaMalloc(&L);
-        return;
-    }
-    size_t tam = LeerTamano(tr[0]);
-    if (tam == 0)
-        printf("No se asignan bloques de 0 bytes\n");
-    else
-        doMallocDealloc(tam);
-}
+}  // namespace
+
+void Cmd_memmalloc(char *tr[]) { PorTamano(tr, doMalloc); }
+void Cmd_memdemalloc(char *tr[]) { PorTamano(tr, doMallocDealloc); }
 
 void Cmd_createshared(char *tr[]) {
     if (tr[0] == nullptr || tr[1] == nullptr) {
