@@ -7,7 +7,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <algorithm>
+#include <array>
 #include <fcntl.h>
+#include <poll.h>
+#include <sys/resource.h>
 #include <string_view>
 #include <unistd.h>
 
@@ -57,10 +61,35 @@ int LeerDescriptor(const char *s) {
     return static_cast<int>(v);
 }
 
+namespace {
+
+void AnotarSiAbierto(int df) {
+    int modo = fcntl(df, F_GETFL);
+    if (modo != -1) AddOpenFile(df, NombreInicial(df), modo, 0);
+}
+
+}  // namespace
+
 void InitOpenFiles() {
-    for (int df = 0; df < MAXFICHEROS; df++) {
-        int modo = fcntl(df, F_GETFL);
-        if (modo != -1) AddOpenFile(df, NombreInicial(df), modo, 0);
+    // One poll over a batch of descriptors tells which of them are open (the
+    // others come back marked POLLNVAL), so only the open ones are asked for
+    // their flags: the table is the same, and start-up takes a few system
+    // calls instead of one per position.
+    constexpr int LOTE = 1024;
+    int lote = LOTE;
+    struct rlimit lim;
+    if (getrlimit(RLIMIT_NOFILE, &lim) == 0 && lim.rlim_cur < static_cast<rlim_t>(LOTE))
+        lote = std::max(1, static_cast<int>(lim.rlim_cur));  // poll takes no more at once
+    std::array<pollfd, LOTE> fds;
+    for (int base = 0; base < MAXFICHEROS; base += lote) {
+        int n = std::min(lote, MAXFICHEROS - base);
+        for (int i = 0; i < n; i++) fds[i] = {base + i, 0, 0};
+        if (poll(fds.data(), static_cast<nfds_t>(n), 0) == -1) {
+            for (int i = 0; i < n; i++) AnotarSiAbierto(base + i);
+            continue;
+        }
+        for (int i = 0; i < n; i++)
+            if (!(fds[i].revents & POLLNVAL)) AnotarSiAbierto(base + i);
     }
 }
 
@@ -154,7 +183,7 @@ void Cmd_open(char *tr[]) {
     }
     int df = open(tr[0], modo, 0777);
     if (df == -1) {
-        perror("Imposible abrir fichero");
+        ErrorSistema("Imposible abrir fichero");
         return;
     }
     printf("Anadida entrada %d a la tabla ficheros abiertos\n", AddOpenFile(df, tr[0], modo, 0));
@@ -176,9 +205,9 @@ void Cmd_close(char *tr[]) {
         printf("Descriptor %d corresponde a fichero mapeado. Usa -f para cerrarlo\n", df);
         return;
     }
-    if (df == STDIN_FILENO) SincronizarEntrada();
+    SincronizarEntrada();  // df may be one of the shell's own streams
     if (close(df) == -1) {
-        perror("Imposible cerrar descriptor");
+        ErrorSistema("Imposible cerrar descriptor");
         return;
     }
     RemoveOpenFile(df);  // a descriptor the table did not know closes silently
@@ -206,7 +235,7 @@ void Cmd_dup(char *tr[]) {
     }
     int nuevo = dup(df);
     if (nuevo == -1) {
-        perror("Inposible duplicar descriptor");
+        ErrorSistema("Inposible duplicar descriptor");
         return;
     }
     Duplicar(df, nuevo);
@@ -219,9 +248,9 @@ void Cmd_dup2(char *tr[]) {
         ListOpenFiles(-1);
         return;
     }
-    if (df2 == STDIN_FILENO) SincronizarEntrada();
+    SincronizarEntrada();  // df2 may be one of the shell's own streams
     if (dup2(df, df2) == -1) {
-        perror("Inposible duplicar descriptor");
+        ErrorSistema("Inposible duplicar descriptor");
         return;
     }
     Duplicar(df, df2);
