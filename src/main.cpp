@@ -14,10 +14,16 @@ int main(int argc, char *argv[], char *envp[]) {
     static char copia[MAXLINEA];  // never cleared: a shorter line inherits its tail
     static char *trozos[MAXPALABRAS];
 
-    // Each printf reaches the descriptor at once, so standard output,
-    // standard error and the programs the shell starts keep their order, and
-    // a fork or a fault never duplicates or loses pending text.
-    setvbuf(stdout, nullptr, _IONBF, 0);
+    // On a terminal each printf appears at once. Anywhere else output is
+    // gathered and written before the shell waits for input, before anything
+    // goes to standard error (ErrorSistema), before a fork or an exec, before
+    // a command writes to a descriptor or changes a standard one, and before
+    // anything that may fault: the order is the same, in far fewer writes,
+    // and nothing is printed twice after a fork.
+    if (isatty(STDOUT_FILENO))
+        setvbuf(stdout, nullptr, _IONBF, 0);
+    else
+        setvbuf(stdout, nullptr, _IOFBF, 1 << 16);
     // Input that is not a file cannot be handed back before a fork: read it
     // byte by byte so that nothing meant for a child stays in our buffer.
     if (lseek(STDIN_FILENO, 0, SEEK_CUR) == -1) setvbuf(stdin, nullptr, _IONBF, 0);
@@ -41,6 +47,7 @@ int main(int argc, char *argv[], char *envp[]) {
     while (true) {
         loopHistoric = 0;
         PrintPrompt();
+        fflush(stdout);
         if (fgets(linea, MAXLINEA, stdin) == nullptr) {
             if (!HaySenales) break;
             continue;

@@ -31,6 +31,10 @@ void RepeatHistoric(int n);
 // and the child, or the program it runs, reads on from the same place.
 void SincronizarEntrada();
 
+// perror, after whatever standard output still holds: the two streams keep
+// the order in which things were printed.
+void ErrorSistema(const char *prefijo);
+
 void Cmd_exit(char *tr[]);
 void Cmd_hist(char *tr[]);
 void Cmd_command(char *tr[]);

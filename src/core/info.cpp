@@ -98,7 +98,7 @@ void Cmd_systemd(char *tr[]) {
 void Cmd_sysinfo(char *[]) {
     struct utsname u;
     if (uname(&u) == -1) {
-        perror("Imposible obtener informacion del sistema");
+        ErrorSistema("Imposible obtener informacion del sistema");
         return;
     }
     printf("%s (%s), OS: %s-%s-%s\n", u.nodename, u.machine, u.sysname, u.release, u.version);
@@ -150,14 +150,14 @@ void Cmd_chdir(char *tr[]) {
     if (tr[0] == nullptr)
         PrintDirActual();
     else if (chdir(tr[0]) == -1)
-        perror("Imposible cambiar directorio");
+        ErrorSistema("Imposible cambiar directorio");
 }
 
 void Cmd_chroot(char *tr[]) {
     if (tr[0] == nullptr)
         PrintDirActual();
     else if (chroot(tr[0]) == -1)
-        perror("Imposible cambiar directorio root");
+        ErrorSistema("Imposible cambiar directorio root");
 }
 
 void Cmd_pwd(char *[]) { PrintDirActual(); }

@@ -98,6 +98,13 @@ void Cmd_command(char *tr[]) {
         RepeatHistoric(atoi(tr[0]));
 }
 
+void ErrorSistema(const char *prefijo) {
+    int error = errno;
+    fflush(stdout);
+    errno = error;
+    perror(prefijo);
+}
+
 void SincronizarEntrada() {
     fflush(stdout);
     // Only a file can take back what was read ahead; other inputs are read

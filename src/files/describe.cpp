@@ -12,6 +12,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "core/core.h"
+
 char TipoFichero(mode_t m) {
     switch (m & S_IFMT) {
     case S_IFIFO: return 'p';
@@ -189,7 +191,7 @@ void *cadtop(const char *s) {
 void PrintDirActual() {
     char dir[1024] = {};
     if (getcwd(dir, sizeof dir) == nullptr)
-        perror("Imposible obtener direrctorio actual");
+        ErrorSistema("Imposible obtener direrctorio actual");
     else
         printf("%s\n", dir);
 }

@@ -26,6 +26,7 @@ void Cmd_read(char *tr[]) {
     void *p = cadtop(tr[1]);
     size_t cont = static_cast<size_t>(LeerCuenta(tr[2]));
     // The address is used as typed: a wrong one faults on purpose.
+    fflush(stdout);  // the descriptor may be the shell's own output or input
     ssize_t n = read(df, p, cont);
     if (n == -1)
         printf("Error al leer del descriptor %d a la direccion %p: %s\n", df, p, strerror(errno));
@@ -41,6 +42,7 @@ void Cmd_write(char *tr[]) {
     int df = LeerDescriptor(tr[0]);
     void *p = cadtop(tr[1]);
     size_t cont = static_cast<size_t>(LeerCuenta(tr[2]));
+    fflush(stdout);  // the descriptor may be the shell's own output
     ssize_t n = write(df, p, cont);
     if (n == -1)
         printf("Error al escribir en el descriptor %d desde la direccion %p: %s\n", df, p, strerror(errno));
@@ -80,6 +82,7 @@ void Cmd_readstr(char *tr[]) {
         printf("Imposible asignar memoria para la lectura\n");
         return;
     }
+    fflush(stdout);
     ssize_t n = read(df, buf.get(), static_cast<size_t>(cont));
     if (n == -1) {
         printf("Error al intentar leer del descriptor %d: %s", df, strerror(errno));
@@ -111,6 +114,7 @@ void Cmd_writestr(char *tr[]) {
         len += l;
     }
     texto[len] = '\0';
+    fflush(stdout);
     if (write(df, texto, len) == -1)
         printf("Error intentar escribir %zd bytes en el descriptor %d: %s\n", static_cast<ssize_t>(len), df,
                strerror(errno));

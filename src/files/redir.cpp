@@ -59,9 +59,9 @@ void RedirigirFlujo(char *tr[], int df) {
 
 // Standard input is read ahead through a buffer: hand what was not used
 // back to its file before descriptor 0 changes.
-void AntesDeCambiar(int df) {
-    if (df == STDIN_FILENO) SincronizarEntrada();
-}
+// Pending output belongs to the stream as it was, and read-ahead input goes
+// back to its file, before a standard descriptor changes.
+void AntesDeCambiar(int) { SincronizarEntrada(); }
 
 }  // namespace
 

@@ -122,7 +122,7 @@ void MemFSFormat(char *tr[]) {
         return;
     }
     if (FormatearSF(dir, static_cast<uint32_t>(tam / BYTESPORENTRADA + 2), static_cast<uint32_t>(tam)) == -1) {
-        perror("Imposible formatear SF");
+        ErrorSistema("Imposible formatear SF");
         return;
     }
     ListarSF(dir);
@@ -156,7 +156,7 @@ void MemFSCopiar(char *tr[]) {
     IdFich origen, destino;
     ObtenerIdfich(&origen, tr[0]);
     ObtenerIdfich(&destino, tr[1]);
-    if (!CabeEnElBloque(origen, destino) || CopiarFicheroSF(origen, destino) == -1) perror("Imposible copiar fichero");
+    if (!CabeEnElBloque(origen, destino) || CopiarFicheroSF(origen, destino) == -1) ErrorSistema("Imposible copiar fichero");
 }
 
 void MemFSMover(char *tr[]) {
@@ -167,7 +167,7 @@ void MemFSMover(char *tr[]) {
     IdFich origen, destino;
     ObtenerIdfich(&origen, tr[0]);
     ObtenerIdfich(&destino, tr[1]);
-    if (!CabeEnElBloque(origen, destino) || MoverFicheroSF(origen, destino) == -1) perror("Imposible mover fichero");
+    if (!CabeEnElBloque(origen, destino) || MoverFicheroSF(origen, destino) == -1) ErrorSistema("Imposible mover fichero");
 }
 
 // Deletes inside a file system only: a word without a colon is not unlinked,
@@ -179,7 +179,7 @@ void MemFSBorrar(char *tr[]) {
     }
     IdFich id;
     ObtenerIdfich(&id, tr[0]);
-    if (BorrarFicheroSF(id) == -1) perror("Imposible borrar fichero");
+    if (BorrarFicheroSF(id) == -1) ErrorSistema("Imposible borrar fichero");
 }
 
 void Cmd_memfs(char *tr[]) {

@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include "files/files.h"
+#include "core/core.h"
 
 namespace {
 
@@ -282,7 +283,7 @@ void Cmd_memmmap(char *tr[]) {
     }
     void *p = doMmapFichero(tr[0], proteccion);
     if (p == nullptr)
-        perror("Imposible mapear fichero");
+        ErrorSistema("Imposible mapear fichero");
     else
         printf("fichero %s mapeado en %p\n", tr[0], p);
 }
@@ -310,8 +311,8 @@ void Cmd_delkey(char *tr[]) {
     }
     int id = shmget(clave, 0, 0666);
     if (id == -1) {
-        perror("shmget: imposible obtener memoria compartida");
+        ErrorSistema("shmget: imposible obtener memoria compartida");
         return;
     }
-    if (shmctl(id, IPC_RMID, nullptr) == -1) perror("shmctl: imposible eliminar memoria compartida\n");
+    if (shmctl(id, IPC_RMID, nullptr) == -1) ErrorSistema("shmctl: imposible eliminar memoria compartida\n");
 }

@@ -58,8 +58,13 @@ const char *CadBon(unsigned char c) {
 void MostrarLinea(const void *dir, int n) {
     if (n == 0) return;
     const auto *p = static_cast<const unsigned char *>(dir);
+    // The address was typed by the user and may fault at any byte: what was
+    // printed before each read must already be out.
     printf("%p-> ", dir);
-    for (int i = 0; i < n; i++) printf("%s", CadBon(p[i]));
+    for (int i = 0; i < n; i++) {
+        fflush(stdout);
+        printf("%s", CadBon(p[i]));
+    }
     printf("\n%p-> ", dir);
     for (int i = 0; i < n; i++) printf(" %02x", p[i]);
     printf("\n");
@@ -94,6 +99,7 @@ void LlenarMemoria(void *dir, size_t cont, unsigned char byte, int paso) {
     static char estatico[4096];
     printf("parametro:%3d(%p) array %p, arr estatico %p\n", n, static_cast<void *>(&n),
            static_cast<void *>(automatico), static_cast<void *>(estatico));
+    fflush(stdout);  // a deep recursion ends in a stack overflow
     if (n > 0) Recursiva(n - 1);
     // Keeps the frame (and its array) alive across the call, so the call is
     // never turned into a jump and each level shows a deeper stack.
@@ -153,7 +159,7 @@ void Do_pmap() {
     SincronizarEntrada();
     pid_t hijo = fork();
     if (hijo == -1) {
-        perror("Imposible crear proceso");
+        ErrorSistema("Imposible crear proceso");
         return;
     }
     if (hijo == 0) {
@@ -170,7 +176,7 @@ void Do_pmap() {
         };
         for (const auto &intento : intentos) {
             execvp(intento.argv[0], const_cast<char *const *>(intento.argv));
-            perror(intento.error);
+            ErrorSistema(intento.error);
         }
         _exit(1);  // no exit handlers: they belong to the shell
     }
@@ -220,6 +226,7 @@ void Cmd_memfill(char *tr[]) {
     }
     printf("Llenando %zu bytes de memoria con el byte%s(%02x) a partir de la direccion %p\n", cont, CadBon(byte),
            byte, p);
+    fflush(stdout);  // before touching memory at a typed address
     LlenarMemoria(p, cont, byte, paso);
 }
 
@@ -260,7 +267,7 @@ void Cmd_readfile(char *tr[]) {
     size_t cont = tr[2] != nullptr ? static_cast<size_t>(LeerEnteroLargo(tr[2])) : static_cast<size_t>(-1);
     ssize_t n = LeerFichero(tr[0], p, cont);
     if (n == -1)
-        perror("Imposible leer fichero");
+        ErrorSistema("Imposible leer fichero");
     else
         printf("leidos %lld bytes de %s en %p\n", static_cast<long long>(n), tr[0], p);
 }
@@ -279,7 +286,7 @@ void Cmd_writefile(char *tr[]) {
     size_t cont = static_cast<size_t>(LeerEnteroLargo(tr[2]));
     ssize_t n = EscribirFichero(tr[0], p, cont, sobreescribir);
     if (n == -1)
-        perror("Imposible escribir fichero");
+        ErrorSistema("Imposible escribir fichero");
     else
         printf("escritos %lld bytes en %s desde %p\n", static_cast<long long>(n), tr[0], p);
 }

@@ -135,6 +135,7 @@ int exec(char *tr[], const char *usuario, int *prioridad) {
         errno = EFAULT;
         return -1;
     }
+    fflush(stdout);  // what exec printed above must not vanish with the image
     if (n == 0) return execv(Ejecutable(tr[0]), tr);
     return execve(Ejecutable(tr[n]), &tr[n], env);
 }
@@ -147,8 +148,8 @@ int Proceso(char *tr[], int segundoplano, const char *usuario, int *prioridad) {
     pid_t pid = fork();
     if (pid == -1) return -1;  // no child: nothing to record or wait for
     if (pid == 0) {
-        if (segundoplano && setsid() == -1) perror("error al crear una sesion");
-        if (exec(tr, usuario, prioridad) == -1) perror("No ejecutado");
+        if (segundoplano && setsid() == -1) ErrorSistema("error al crear una sesion");
+        if (exec(tr, usuario, prioridad) == -1) ErrorSistema("No ejecutado");
         exit(255);
     }
     if (segundoplano) return MeterProceso(&LP, pid, uid, tr);
@@ -159,7 +160,7 @@ void Cmd_exec(char *tr[]) {
     // The program that replaces the shell may read the rest of the input.
     SincronizarEntrada();
     exec(tr, nullptr, nullptr);
-    perror("Imposible ejecutar");
+    ErrorSistema("Imposible ejecutar");
 }
 
 void Cmd_execpri(char *tr[]) {
@@ -167,14 +168,14 @@ void Cmd_execpri(char *tr[]) {
     int prio = atoi(tr[0]);
     SincronizarEntrada();
     exec(tr + 1, nullptr, &prio);
-    perror("Imposible ejecutar");
+    ErrorSistema("Imposible ejecutar");
 }
 
 void Cmd_execute_as(char *tr[]) {
     if (tr[0] == nullptr) return;
     SincronizarEntrada();
     exec(tr + 1, tr[0], nullptr);
-    perror("Imposible ejecutar");
+    ErrorSistema("Imposible ejecutar");
 }
 
 void Cmd_pplano(char *tr[]) { Proceso(tr, 0, nullptr, nullptr); }

@@ -50,6 +50,7 @@ void ManejadorBucle(int) {
 void BucleInfinito(void (*ronda)(), int dly) {
     TestSetBucle(1, 1);
     constexpr char msg[] = "Iniciando bucle infinito...";
+    fflush(stdout);  // written directly: what was printed before goes first
     ssize_t n = write(STDOUT_FILENO, msg, sizeof msg - 1);
     (void)n;
     while (TestSetBucle(0, 0)) {
@@ -65,6 +66,7 @@ void BucleInfinito(void (*ronda)(), int dly) {
 // fault of the same kind kills the shell.
 void VolverAMain(int sen) {
     printf("Manejada senal %s (%d) en %p\n", NombreSenal(sen), sen, static_cast<void *>(&sen));
+    fflush(stdout);
     siglongjmp(EstadoGuardado, 23);
 }
 
@@ -75,6 +77,7 @@ int TestSetBucle(int set, int valor) {
 }
 
 void Cmd_segmentation(char *[]) {
+    fflush(stdout);  // the shell may end here
     // Both the pointer and the store are volatile: the compiler may neither
     // see the null (and trap some other way) nor drop the store.
     volatile std::int32_t *volatile p = nullptr;
@@ -82,6 +85,7 @@ void Cmd_segmentation(char *[]) {
 }
 
 void Cmd_fpe(char *[]) {
+    fflush(stdout);  // the shell may end here
     volatile int cero = 0;  // divided at run time, never folded away
     volatile int q = 23 / cero;
     // Processors that do not trap on integer division by zero get here.

@@ -10,6 +10,7 @@
 
 #include "files/files.h"
 #include "signals/signals.h"
+#include "core/core.h"
 
 int cont[MAXSENALES];
 int v[MAXSENALES];
@@ -22,7 +23,12 @@ void handler(int sen) {
     if (sen < 0 || sen >= MAXSENALES) return;
     cont[sen]++;
     // The parameter's address tells on which stack the handler runs.
-    if (v[sen]) printf("Recibida senal %s %d veces en %p\n", NombreSenal(sen), cont[sen], static_cast<void *>(&sen));
+    if (v[sen]) {
+        printf("Recibida senal %s %d veces en %p\n", NombreSenal(sen), cont[sen], static_cast<void *>(&sen));
+        // Out at once: the shell may be waiting for input, or about to nest
+        // until its stack overflows.
+        fflush(stdout);
+    }
     if (r[sen] && (maxreenvios == 0 || cont[sen] < maxreenvios)) kill(getpid(), sen);
     if (delay[sen] > 0) sleep(static_cast<unsigned>(delay[sen]));  // "-sleep-5" must not hang
 }
@@ -30,7 +36,7 @@ void handler(int sen) {
 void Showstack() {
     stack_t viejo{};
     if (sigaltstack(nullptr, &viejo) == -1) {
-        perror("Imposible obtener pila");
+        ErrorSistema("Imposible obtener pila");
         return;
     }
     printf("pila %ld bytes en %p\n", static_cast<long>(viejo.ss_size), viejo.ss_sp);
@@ -48,14 +54,14 @@ void Setstack(char *tr[]) {
     // would kill the shell: refuse it (cadtop has set EFAULT).
     if (nuevo.ss_sp == nullptr) {
         if (propia) errno = ENOMEM;
-        perror("Imposible establecer pila");
+        ErrorSistema("Imposible establecer pila");
         return;
     }
     if (sigaltstack(&nuevo, nullptr) == -1) {
         int e = errno;
         if (propia) free(nuevo.ss_sp);
         errno = e;
-        perror("Imposible establecer pila");
+        ErrorSistema("Imposible establecer pila");
     }
 }
 

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "signals/signals.h"
+#include "core/core.h"
 
 namespace {
 
@@ -317,5 +318,5 @@ void Cmd_sigprocmask(char *tr[]) {
         else
             AnadirAConjunto(&s, sen);
     }
-    if (sigprocmask(operacion, &s, nullptr) == -1) perror("Error al establecer senales enmascaradas");
+    if (sigprocmask(operacion, &s, nullptr) == -1) ErrorSistema("Error al establecer senales enmascaradas");
 }

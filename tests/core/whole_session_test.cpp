@@ -77,7 +77,7 @@ TEST(SesionCompleta, ExitReleasesEverything) {
         o.env["ASAN_OPTIONS"] = "detect_leaks=1";
     } else if (HaveValgrind()) {
         o.wrapper = {"valgrind", "-q", "--leak-check=full", "--errors-for-leak-kinds=definite,indirect",
-                     "--error-exitcode=99"};
+                     "--error-exitcode=99", "--track-fds=yes"};
         o.timeout = std::chrono::seconds(120);
     } else {
         GTEST_SKIP() << "neither a sanitizer build nor valgrind";
@@ -87,6 +87,10 @@ TEST(SesionCompleta, ExitReleasesEverything) {
     EXPECT_EQ(r.err.find("LeakSanitizer"), std::string::npos) << r.err;
     EXPECT_EQ(r.err.find("definitely lost"), std::string::npos) << r.err;
     EXPECT_NE(r.out.find("Asignados 4096 bytes en"), std::string::npos) << r.out;
+    // The mapped file's descriptor goes with its block. (What `open` and `dup`
+    // made stays open until the process ends: the table is emptied, never
+    // closed.)
+    EXPECT_EQ(r.err.find("mapeado"), std::string::npos) << r.err;
     // The segment outlives the shell (it was never removed), but nothing is
     // attached to it any more.
     EXPECT_EQ(key.attached(), 0);
