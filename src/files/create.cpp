@@ -80,7 +80,12 @@ int BorrarDirectorio(const char *path) {
             errno = ENAMETOOLONG;
             return -1;
         }
-        int r = EsDirectorio(entrada) ? BorrarDirectorio(entrada) : unlink(entrada);
+        // The entry's type as the directory records it is what lstat would
+        // say (links are not followed); only where it is not recorded is the
+        // file examined. Files go relative to the open directory, without
+        // walking the whole path again.
+        bool directorio = e->d_type == DT_UNKNOWN ? EsDirectorio(entrada) : e->d_type == DT_DIR;
+        int r = directorio ? BorrarDirectorio(entrada) : unlinkat(dirfd(d.get()), e->d_name, 0);
         if (r == -1) return -1;
     }
     d.reset();
