@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstring>
 #include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "files/files.h"
 #include "memfs/memfs.h"
@@ -497,7 +499,29 @@ static_assert(std::size(alias) == 165);
 
 int HabilitarAbrev = 0;
 
-bool Igual(const char *a, const char *b) { return std::string_view(a) == std::string_view(b); }
+bool Igual(const char *a, const char *b) { return strcmp(a, b) == 0; }
+
+// The alias table never changes, and every line is resolved through it: an
+// index built once gives in one step the row that a scan from the top finds
+// first (the first row of an alias wins, as in the scan).
+const std::unordered_map<std::string_view, const char *> &IndiceAlias() {
+    static const auto indice = [] {
+        std::unordered_map<std::string_view, const char *> m;
+        for (const EntradaAlias *a = alias; a->comando != nullptr; a++) m.emplace(a->alias, a->comando);
+        return m;
+    }();
+    return indice;
+}
+
+// The commands that stand in the command column of the alias table.
+const std::unordered_set<std::string_view> &ComandosConAlias() {
+    static const auto comandos = [] {
+        std::unordered_set<std::string_view> c;
+        for (const EntradaAlias *a = alias; a->comando != nullptr; a++) c.insert(a->comando);
+        return c;
+    }();
+    return comandos;
+}
 
 }  // namespace
 
@@ -506,16 +530,12 @@ const EntradaAlias *TablaAlias() { return alias; }
 
 const char *RealCommandNoAbrev(const char *cmd) {
     if (!OverRide(nullptr) && !IsValidCommand(cmd)) return cmd;
-    for (const EntradaAlias *a = alias; a->comando != nullptr; a++)
-        if (Igual(a->alias, cmd)) return a->comando;
-    return cmd;
+    const auto &porAlias = IndiceAlias();
+    auto it = porAlias.find(cmd);
+    return it == porAlias.end() ? cmd : it->second;
 }
 
-int IsInternalCommand(const char *cmd) {
-    for (const EntradaAlias *a = alias; a->comando != nullptr; a++)
-        if (Igual(a->comando, cmd)) return 1;
-    return 0;
-}
+int IsInternalCommand(const char *cmd) { return ComandosConAlias().count(cmd) != 0; }
 
 const char *RealCommandAbrev(const char *cmd) {
     size_t n = strlen(cmd);
@@ -536,11 +556,7 @@ const char *RealCommand(const char *cmd) {
     return r;
 }
 
-int IsCmdOrAlias(const char *cmd) {
-    for (const EntradaAlias *a = alias; a->comando != nullptr; a++)
-        if (Igual(a->comando, cmd) || Igual(a->alias, cmd)) return 1;
-    return 0;
-}
+int IsCmdOrAlias(const char *cmd) { return IsInternalCommand(cmd) || IndiceAlias().count(cmd) != 0; }
 
 void HabilitarAbreviaturas() { HabilitarAbrev = 1; }
 void DeshabilitarAbreviaturas() { HabilitarAbrev = 0; }

@@ -15,10 +15,19 @@ ListaCadenas E;   // environment strings
 
 int cual = 0;  // cursor of GetFirstNextElement, shared by every list
 
+// The elements fill the first positions and every position after them is
+// null, so the count is where that boundary lies: found by halving, not by
+// walking a list that is usually full (the history, after a long session).
 int Cuenta(char *lista[]) {
-    int n = 0;
-    while (n < MAXLISTA && lista[n] != nullptr) n++;
-    return n;
+    int bajo = 0, alto = MAXLISTA;  // lista[bajo - 1] is used, lista[alto] is not (or alto is the end)
+    while (bajo < alto) {
+        int medio = bajo + (alto - bajo) / 2;
+        if (lista[medio] != nullptr)
+            bajo = medio + 1;
+        else
+            alto = medio;
+    }
+    return bajo;
 }
 
 int Aniadir(char *lista[], const char *cad, bool copiar) {

@@ -33,8 +33,10 @@ void ProcesarEntrada(char *tr[]) {
         printf("Abreviatura de comando no unica: %s\n", tr[0]);
         return;
     }
-    for (const EntradaComando *c = TablaComandos(); c->nombre != nullptr; c++) {
-        if (!OverRide(nullptr) && !IsValidCommand(tr[0])) break;
+    // Neither the override nor the lists change during the scan: the test
+    // made before each row gives the same answer every time.
+    bool permitido = OverRide(nullptr) || IsValidCommand(tr[0]);
+    for (const EntradaComando *c = TablaComandos(); permitido && c->nombre != nullptr; c++) {
         if (strcmp(c->nombre, cmd) == 0) {
             c->funcion(tr + 1);
             return;
