@@ -135,8 +135,8 @@ void Cmd_checkvalid(char *tr[]);
 
 // ---------------------------------------------------------------- prompt
 const char *CadenaEquivalente(char c);
-const char *SetPrompt(const char *spec);
-void SetPromptSpec(const char *spec);
+const char *SetPrompt(const char *formato);
+void SetPromptSpec(const char *formato);
 void PrintPrompt();
 void PrintPromptSpec();
 const char *UserName();

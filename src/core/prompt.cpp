@@ -111,17 +111,17 @@ const char *CadenaEquivalente(char c) {
     }
 }
 
-const char *SetPrompt(const char *spec) {
+const char *SetPrompt(const char *formato) {
     static char prompt[MAXPROMPT];
     char aux[MAXPROMPT];
-    if (spec == nullptr || strlen(spec) >= MAXPROMPT) return nullptr;  // could never be stored
+    if (formato == nullptr || strlen(formato) >= MAXPROMPT) return nullptr;  // could never be stored
     size_t n = 0;
     auto anadir = [&](const char *s) {
         // An expansion that outgrows the buffer is cut, but the rest of the
         // format is still checked.
         for (; *s != '\0' && n < MAXPROMPT - 1; s++) aux[n++] = *s;
     };
-    for (const char *p = spec; *p != '\0'; p++) {
+    for (const char *p = formato; *p != '\0'; p++) {
         if (*p != '%') {
             const char c[2] = {*p, '\0'};
             anadir(c);
@@ -136,7 +136,7 @@ const char *SetPrompt(const char *spec) {
     return prompt;
 }
 
-void SetPromptSpec(const char *spec) { Copiar(promptspec, sizeof promptspec, spec); }
+void SetPromptSpec(const char *formato) { Copiar(promptspec, sizeof promptspec, formato); }
 
 void PrintPrompt() {
     const char *p = SetPrompt(promptspec);

@@ -13,8 +13,8 @@
 
 namespace {
 
-std::string P(const char *spec) {
-    const char *r = SetPrompt(spec);
+std::string P(const char *formato) {
+    const char *r = SetPrompt(formato);
     return r == nullptr ? "(rechazado)" : r;
 }
 
