@@ -1,112 +1,38 @@
-# The loop itself: start-up, blank lines, end of input, the history copy
-# rules, dispatch with and without override, repetition of history entries
-# and bad input.
-=== end of input ends the shell with status 0 and prints nothing more
---- stdin
---- stdout
-@startup
-@prompt  (no-eol)
-=== -p imports the path silently; further arguments are ignored
+# Start-up, dispatch, the information commands, the history, odd or too much input.
+=== -p is silent; with override off only the words of the lists are internal; exit ends all
 --- args
 -p
 otro
 --- stdin
---- stdout
-@startup-p
-@prompt  (no-eol)
-=== an argument other than -p gives the hint
---- args
--q
---- stdin
---- stdout
-@startup
-@prompt  (no-eol)
-=== started through a name that is no file, the version line has no date
---- argv0
-labsh
---- stdin
---- stdout
-Iniciando shell..
-Ejecutar labsh -p para importar el path
-
-version del shell 6.I.02 
-@prompt  (no-eol)
-=== the default prompt: system, short host name and the last component of the directory
---- setup
-mkdir carpeta
---- stdin
-chdir carpeta
-prompt
---- stdout
-@startup
-~ [^@]+@[^{]+\{[^}]+\} %\) [^@]+@[^.{]+\{carpeta\} %\) %o@%m\{%B\}%b%%\)%b  --->  [^@]+@[^.{]+\{carpeta\} %\) 
-~ [^@]+@[^.{]+\{carpeta\} %\)  (no-eol)
-=== blank lines are neither stored nor executed
---- stdin
 prompt $%n
-
-   	 
-	
-historic
---- stdout
-@startup
-@prompt $
-$
-$
-$
-0->prompt $%n
-1->historic
-$
-=== a line is stored with its leading and inner blanks and runs with the bare words
---- stdin
-prompt $%n
-   historic   	-count
-historic
---- stdout
-@startup
-@prompt $
-Numero de elementos en el historico: 2
-$
-0->prompt $%n
-1->   historic   	-count
-2->historic
-$
-=== a last line without newline takes over the tail of an earlier longer line
---- stdin-noeol
-prompt $%n
-historic -count xxxxxxxxxxxx
-historic
---- stdout
-@startup
-@prompt $
-Numero de elementos en el historico: 2
-$
-0->prompt $%n
-1->historic -count xxxxxxxxxxxx
-2->historic -count xxxxxxxxxxxx
-$
-=== with override off only the words of the lists run internal commands
---- stdin
-prompt $%n
-numserie
+numserie -? x
+help
+help version
 version
-quit
-time
-ls
-override
+override si
 override on
 version
-numserie
-time
+date
+authors -n
+systemd -d
+limits
+cwd
+chdir /nonexistent
+chroot /nonexistent
 override off
-time
+bye
+numserie
 --- stdout
-@startup
+@startup-p
 @prompt $
-~ numserie del shell 6\.I\.02 Fecha ejecutable: \d\d/\d\d/\d{4}, \d\d:\d\d:\d\d
+numserie: 	Indica la version del shell
 $
+Cmds practica 0: prompt numserie limits systemd command historic 
+Cmds practica 1: exit bye date pid authors sysinfo help chdir open close listopen read write lseek readstr writestr makefile makedir delete deltree listfile list 
+Cmds practica 2: allocate deallocate i-o memory recurse memfill memdump 
+Cmds practica 3: getuid setuid prio path showenv showvar changevar changevarWrong fork ejec ejecpri pplano pplanopri splano splanopri jobs deljobs 
 $
-$
+version: no encontrado
 $
 $
 la ejecucion de comandos que no son de las practicas esta deshabilitada
@@ -115,177 +41,94 @@ la ejecucion de comandos que no son de las practicas esta habilitada
 $
 ~ version del shell 6\.I\.02 Fecha ejecutable: \d\d/\d\d/\d{4}, \d\d:\d\d:\d\d
 $
-~ numserie del shell 6\.I\.02 Fecha ejecutable: \d\d/\d\d/\d{4}, \d\d:\d\d:\d\d
-$
 ~ \d\d:\d\d:\d\d
+~ \d\d/\d\d/\d{4}
+$
+Nombre del autor1
+Nombre del autor2
+$
+  Devuan
+~~~
+$
+*Limites*****
+~~~
+$
+~ /.*/labsh-test[^/]*
+$
+$
 $
 la ejecucion de comandos que no son de las practicas esta deshabilitada
 $
-$
 --- stderr
 ~~~
-=== exit ends the shell with status 0 and nothing after it runs
---- stdin
+Imposible cambiar directorio: No such file or directory
+Imposible cambiar directorio root: No such file or directory
+~~~
+=== started through a name that is no file; blank lines skipped, blanks kept, ten repetitions, the tail of a longer line
+--- argv0
+labsh
+--- stdin-noeol
 prompt $%n
-historic -count
-bye
-historic -count
---- stdout
-@startup
-@prompt $
-Numero de elementos en el historico: 2
-$
-=== repetitions are limited to ten per input line, however they nest
---- stdin
-prompt $%n
-command 1
-command 1
---- stdout
-@startup
-@prompt $
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Demasiada recursion en hist
-$
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Ejecutando hist (1): command 1
-Demasiada recursion en hist
-$
-=== historic and command: listings, counts and repetitions
---- stdin
-prompt $%n
-historic -count
-historic -2
-historic -0
-historic -x
-historic 1x
-historic 1
-historic 99
+
+   	 
+   command   	1
 command -1
 command abc
-historic 2
-command
 historic -clear
+historic -count xxxxxxxxxxxx
 historic
 --- stdout
-@startup
+Iniciando shell..
+Ejecutar labsh -p para importar el path
+
+version del shell 6.I.02 
 @prompt $
-Numero de elementos en el historico: 2
-$
-1->historic -count
-2->historic -2
 $
 $
-$
-$
-Ejecutando hist (1): historic -count
-Numero de elementos en el historico: 7
-$
-No hay elemento 99 en el historico
+Ejecutando hist (1):    command   	1
+Ejecutando hist (1):    command   	1
+Ejecutando hist (1):    command   	1
+Ejecutando hist (1):    command   	1
+Ejecutando hist (1):    command   	1
+Ejecutando hist (1):    command   	1
+Ejecutando hist (1):    command   	1
+Ejecutando hist (1):    command   	1
+Ejecutando hist (1):    command   	1
+Ejecutando hist (1):    command   	1
+Ejecutando hist (1):    command   	1
+Demasiada recursion en hist
 $
 No hay elemento -1 en el historico
 $
 Ejecutando hist (0): prompt $%n
 $
-Ejecutando hist (2): historic -2
-9->command abc
-10->historic 2
 $
-0->prompt $%n
-1->historic -count
-2->historic -2
-3->historic -0
-4->historic -x
-5->historic 1x
-6->historic 1
-7->historic 99
-8->command -1
-9->command abc
-10->historic 2
-11->command
+Numero de elementos en el historico: 1
 $
+0->historic -count xxxxxxxxxxxx
+1->historic -count xxxxxxxxxxxx
 $
-0->historic
-$
-=== output order with both streams in one pipe
---- stdin
-prompt $%n
-historic -count
-chdir /nonexistent
-historic -count
---- merged
-@startup
-@prompt $
-Numero de elementos en el historico: 2
-$
-Imposible cambiar directorio: No such file or directory
-$
-Numero de elementos en el historico: 4
-$
-=== a line longer than 4095 characters is read and run in pieces
---- stdin
-prompt $%n
-historic -count                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                historic -count
-historic -3
---- stdout
-@startup
-@prompt $
-Numero de elementos en el historico: 2
-$
-Numero de elementos en el historico: 3
-$
-~ 1->historic -count {4080}
-2->historic -count
-3->historic -3
-$
-=== a line of 2048 one-letter words, run and repeated
---- stdin
-prompt $%n
-a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a
-historic -count
-command 1
---- stdout
-@startup
-@prompt $
-$
-$
-Numero de elementos en el historico: 3
-$
-Ejecutando hist (1): a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a a
-$
---- stderr
-~~~
-=== bytes that are not text do no harm
+=== over 4095 characters, NUL and non-text bytes, 2048 one-letter words
 --- setup
-{ echo 'prompt $%n'; printf '\377\376\001 \033[2J\n'; printf '\000historic\n'; printf 'x\000historic -count\n'; printf '\303\050\n'; echo 'historic -count'; } > entrada
+{ echo 'prompt $%n'; printf 'historic -count%4080shistoric -count\n' ''; printf '\377\376\001 \033[2J\n\000historic\nx\000historic -count\n\303\050\n'; i=1; printf a; while [ $i -lt 2048 ]; do printf ' a'; i=$((i+1)); done; printf '\ncommand 6\nhistoric -count\n'; } > entrada
 --- stdin-file
 entrada
 --- stdout
 @startup
 @prompt $
+Numero de elementos en el historico: 2
+$
+Numero de elementos en el historico: 3
 $
 $
 $
 $
-Numero de elementos en el historico: 5
+$
+$
+$
+~ Ejecutando hist \(6\): a( a){2047}
+$
+Numero de elementos en el historico: 9
 $
 --- stderr
 ~~~
