@@ -83,6 +83,8 @@ class Session {
     int wait(std::chrono::milliseconds timeout = std::chrono::seconds(20));
 
   private:
+    friend RunResult Run(const std::string &, const std::string &, const RunOptions &);
+    Session(const std::string &dir, const RunOptions &options, int input);
     void pump(int timeoutMs);
     pid_t pid_ = -1;
     int in_ = -1, out_ = -1, err_ = -1;
