@@ -17,7 +17,17 @@ void ParametrosIncorrectos() { printf("Parametros incorrectos\n"); }
 
 }  // namespace
 
-void Cmd_read(char *tr[]) {
+namespace {
+
+// read and write take the same three words and report alike; only the call
+// and the texts differ.
+struct Transferencia {
+    ssize_t (*llamada)(int df, void *p, size_t cont);
+    const char *exito;  // bytes, descriptor, address
+    const char *fallo;  // descriptor, address, error text
+};
+
+void Transferir(char *tr[], const Transferencia &t) {
     if (tr[0] == nullptr || tr[1] == nullptr || tr[2] == nullptr) {
         ParametrosIncorrectos();
         return;
@@ -25,29 +35,28 @@ void Cmd_read(char *tr[]) {
     int df = LeerDescriptor(tr[0]);
     void *p = cadtop(tr[1]);
     size_t cont = static_cast<size_t>(LeerCuenta(tr[2]));
-    // The address is used as typed: a wrong one faults on purpose.
-    fflush(stdout);  // the descriptor may be the shell's own output or input
-    ssize_t n = read(df, p, cont);
+    // The address is used as typed: a wrong one faults on purpose. The
+    // descriptor may be the shell's own output.
+    fflush(stdout);
+    ssize_t n = t.llamada(df, p, cont);
     if (n == -1)
-        printf("Error al leer del descriptor %d a la direccion %p: %s\n", df, p, strerror(errno));
+        printf(t.fallo, df, p, strerror(errno));
     else
-        printf("Leidos %zd bytes del descriptor %d en la direccion %p\n", n, df, p);
+        printf(t.exito, n, df, p);
+}
+
+}  // namespace
+
+void Cmd_read(char *tr[]) {
+    Transferir(tr, {[](int df, void *p, size_t cont) { return read(df, p, cont); },
+                    "Leidos %zd bytes del descriptor %d en la direccion %p\n",
+                    "Error al leer del descriptor %d a la direccion %p: %s\n"});
 }
 
 void Cmd_write(char *tr[]) {
-    if (tr[0] == nullptr || tr[1] == nullptr || tr[2] == nullptr) {
-        ParametrosIncorrectos();
-        return;
-    }
-    int df = LeerDescriptor(tr[0]);
-    void *p = cadtop(tr[1]);
-    size_t cont = static_cast<size_t>(LeerCuenta(tr[2]));
-    fflush(stdout);  // the descriptor may be the shell's own output
-    ssize_t n = write(df, p, cont);
-    if (n == -1)
-        printf("Error al escribir en el descriptor %d desde la direccion %p: %s\n", df, p, strerror(errno));
-    else
-        printf("Escritos %zd bytes en el descriptor %d dsde la direccion %p\n", n, df, p);
+    Transferir(tr, {[](int df, void *p, size_t cont) { return write(df, p, cont); },
+                    "Escritos %zd bytes en el descriptor %d dsde la direccion %p\n",
+                    "Error al escribir en el descriptor %d desde la direccion %p: %s\n"});
 }
 
 void Cmd_lseek(char *tr[]) {
