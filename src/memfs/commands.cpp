@@ -148,27 +148,24 @@ void MemFSBuscar(char *[]) {
     }
 }
 
-void MemFSCopiar(char *tr[]) {
+namespace {
+
+// Copy and move take two identifiers and refuse alike what would not fit.
+void CopiarOMover(char *tr[], int32_t (*operacion)(IdFich, IdFich), const char *uso, const char *error) {
     if (tr[0] == nullptr || tr[1] == nullptr) {
-        printf("   memfs-cp id1 id2\n");
+        printf("%s", uso);
         return;
     }
     IdFich origen, destino;
     ObtenerIdfich(&origen, tr[0]);
     ObtenerIdfich(&destino, tr[1]);
-    if (!CabeEnElBloque(origen, destino) || CopiarFicheroSF(origen, destino) == -1) ErrorSistema("Imposible copiar fichero");
+    if (!CabeEnElBloque(origen, destino) || operacion(origen, destino) == -1) ErrorSistema(error);
 }
 
-void MemFSMover(char *tr[]) {
-    if (tr[0] == nullptr || tr[1] == nullptr) {
-        printf("   memfs-mv id1 id2\n");
-        return;
-    }
-    IdFich origen, destino;
-    ObtenerIdfich(&origen, tr[0]);
-    ObtenerIdfich(&destino, tr[1]);
-    if (!CabeEnElBloque(origen, destino) || MoverFicheroSF(origen, destino) == -1) ErrorSistema("Imposible mover fichero");
-}
+}  // namespace
+
+void MemFSCopiar(char *tr[]) { CopiarOMover(tr, CopiarFicheroSF, "   memfs-cp id1 id2\n", "Imposible copiar fichero"); }
+void MemFSMover(char *tr[]) { CopiarOMover(tr, MoverFicheroSF, "   memfs-mv id1 id2\n", "Imposible mover fichero"); }
 
 // Deletes inside a file system only: a word without a colon is not unlinked,
 // and its disk marker goes to the validity check like any address.

@@ -9,6 +9,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "memory/memory.h"
+
 namespace {
 
 CabeceraSF *Cabecera(void *sf) { return static_cast<CabeceraSF *>(sf); }
@@ -98,14 +100,7 @@ int64_t LeerFicheroDisco(const char *path, void *dir) {
 }
 
 int64_t EscribirFicheroDisco(const char *path, const void *dir, uint64_t len, int sobreescribir) {
-    int flags = O_WRONLY | O_CREAT | (sobreescribir ? O_TRUNC : O_EXCL);
-    int df = open(path, flags, 0777);
-    if (df == -1) return -1;
-    ssize_t n = write(df, dir, len);
-    int err = errno;
-    close(df);
-    errno = err;
-    return n;
+    return EscribirFichero(path, dir, len, sobreescribir);  // the same one write as writefile
 }
 
 void ListarSF(void *sf) {
