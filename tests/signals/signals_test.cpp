@@ -104,3 +104,19 @@ TEST(Signals, PreparedShellSurvivesAnInterruptedReadAndSigintStopsTheLoop) {
     sh.s.signal(SIGINT);
     EXPECT_TRUE(KilledBy(sh.s.wait(), SIGINT));
 }
+
+TEST(Signals, OnstackHandlerRunsInsideTheAlternateStack) {
+    Shell sh;
+    sh.Do("usesignals on");
+    sh.Do("sigaltstack 65536");
+    unsigned long tam = 0, base = 0, dir = 0;
+    std::string pila = sh.Do("sigaltstack");
+    ASSERT_EQ(sscanf(pila.substr(pila.find("pila")).c_str(), "pila %lu bytes en %lx", &tam, &base), 2) << pila;
+    EXPECT_EQ(tam, 65536u);
+    for (bool enPila : {true, false}) {
+        sh.Do(enPila ? "sighandler -Fonstack -show USR1" : "sighandler -show USR1");
+        std::string out = sh.Kill(SIGUSR1);
+        ASSERT_EQ(sscanf(out.substr(out.find("Recibida")).c_str(), "Recibida senal USR1 %*d veces en %lx", &dir), 1);
+        EXPECT_EQ(dir >= base && dir < base + tam, enPila) << out;
+    }
+}
