@@ -180,7 +180,8 @@ TEST(ProcessesJobs, StatesFromSignalsJobFgAndDeljobs) {
     for (auto [sig, st, want] : {std::tuple{SIGSTOP, "T", "PARADO (STOP)"}, {SIGCONT, "SR", "ACTIVO (000)"},
                                   {SIGKILL, "Z", "SENALADO (KILL)"}}) {
         Signal(a, sig);
-        ASSERT_TRUE(Until([&] { return Has(st, {State(a)}); })) << st;
+        const char *esperado = st;  // a structured binding cannot be captured everywhere yet
+        ASSERT_TRUE(Until([&] { return Has(esperado, {State(a)}); })) << st;
         EXPECT_EQ(job(a, "jobs").state, std::string(want) + " sleep 90 @3");
     }
     EXPECT_EQ(State(a), '\0');  // reaped by the refresh
