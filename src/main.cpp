@@ -24,9 +24,6 @@ int main(int argc, char *argv[], char *envp[]) {
         setvbuf(stdout, nullptr, _IONBF, 0);
     else
         setvbuf(stdout, nullptr, _IOFBF, 1 << 16);
-    // Input that is not a file cannot be handed back before a fork: read it
-    // byte by byte so that nothing meant for a child stays in our buffer.
-    if (lseek(STDIN_FILENO, 0, SEEK_CUR) == -1) setvbuf(stdin, nullptr, _IONBF, 0);
 
     trozos[0] = const_cast<char *>("version");
     main3arg = envp;
@@ -47,8 +44,11 @@ int main(int argc, char *argv[], char *envp[]) {
     while (true) {
         loopHistoric = 0;
         PrintPrompt();
-        fflush(stdout);
-        if (fgets(linea, MAXLINEA, stdin) == nullptr) {
+        // Whoever waits for the prompt gets it before the shell waits for
+        // input; a script in a file waits for nothing, and its output keeps
+        // gathering.
+        if (!EntradaSinEspera()) fflush(stdout);
+        if (LeerLinea(linea, MAXLINEA) == nullptr) {
             if (!HaySenales) break;
             continue;
         }

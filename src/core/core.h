@@ -25,10 +25,18 @@ int TrocearCadena(char *cadena, char *trozos[]);
 void ProcesarEntrada(char *tr[]);
 void RepeatHistoric(int n);
 
+// Standard input, through the shell's own buffer. LeerLinea reads as fgets
+// does: up to tam-1 characters, through the newline; null at the end of input
+// (which sticks) or on a failed read.
+char *LeerLinea(char *linea, int tam);
+// True when reading the next line cannot wait (input is a regular file, or
+// has ended): nobody is waiting for output before that read.
+bool EntradaSinEspera();
 // Standard input is shared with the children the shell creates and with the
-// files it is redirected to: call this before every fork (and before fd 0
-// changes) so that input read ahead but not yet used goes back to the file,
-// and the child, or the program it runs, reads on from the same place.
+// files it is redirected to: call this before every fork, exec, direct use
+// of descriptor 0 or change of it, so that input read ahead but not yet used
+// goes back to the file, and the child, or the program it runs, reads on
+// from the same place. Standard output is flushed as well; errno is kept.
 void SincronizarEntrada();
 
 // perror, after whatever standard output still holds: the two streams keep

@@ -106,10 +106,3 @@ void ErrorSistema(const char *prefijo) {
     errno = error;
     perror(prefijo);
 }
-
-void SincronizarEntrada() {
-    fflush(stdout);
-    // Only a file can take back what was read ahead; other inputs are read
-    // unbuffered, so they hold nothing.
-    if (lseek(STDIN_FILENO, 0, SEEK_CUR) != -1) fflush(stdin);
-}

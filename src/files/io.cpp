@@ -2,6 +2,8 @@
 // commands neither read nor change the open-file table.
 #include "files/files.h"
 
+#include "core/core.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -36,8 +38,9 @@ void Transferir(char *tr[], const Transferencia &t) {
     void *p = cadtop(tr[1]);
     size_t cont = static_cast<size_t>(LeerCuenta(tr[2]));
     // The address is used as typed: a wrong one faults on purpose. The
-    // descriptor may be the shell's own output.
-    fflush(stdout);
+    // descriptor may be the shell's own output, or its input: a script reads
+    // on from the line after this one.
+    SincronizarEntrada();
     ssize_t n = t.llamada(df, p, cont);
     if (n == -1)
         printf(t.fallo, df, p, strerror(errno));
@@ -69,6 +72,7 @@ void Cmd_lseek(char *tr[]) {
     int ref = SEEK_SET;  // also for any word it does not know
     if (tr[2] != nullptr && strcmp(tr[2], "SEEK_CUR") == 0) ref = SEEK_CUR;
     if (tr[2] != nullptr && strcmp(tr[2], "SEEK_END") == 0) ref = SEEK_END;
+    SincronizarEntrada();  // positions in the shell's own input count from the next line
     off_t pos = lseek(df, static_cast<off_t>(off), ref);
     if (pos == -1)
         printf("Error al intentar posicionar el descriptor %d en el offset  %lld: %s\n", df, off, strerror(errno));
@@ -91,7 +95,7 @@ void Cmd_readstr(char *tr[]) {
         printf("Imposible asignar memoria para la lectura\n");
         return;
     }
-    fflush(stdout);
+    SincronizarEntrada();  // the descriptor may be the shell's own input
     ssize_t n = read(df, buf.get(), static_cast<size_t>(cont));
     if (n == -1) {
         printf("Error al intentar leer del descriptor %d: %s", df, strerror(errno));
