@@ -160,6 +160,8 @@ void PrintOpenFile(int df) {
 }
 
 void ListOpenFiles(int n) {
+    // The offset shown for the shell's own input is that of its next line.
+    SincronizarEntrada();
     if (n == -1) {
         // The first 20 positions always, then on through the run of used ones.
         for (int df = 0; df < MAXFICHEROS && (df < 20 || openfiles[df].nombre != nullptr); df++) PrintOpenFile(df);

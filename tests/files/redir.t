@@ -58,3 +58,19 @@ salida estandar en fichero b.txt (7)
 error estandar en fichero err.txt (8) 
 $$Imposible abrir fichero: No such file or directory
 modo 0755, nada creado
+=== a script's own input: readstr and lseek on descriptor 0 and the table's offset start at the next line
+--- stdin
+override on
+readstr 0 11
+hola mundo
+lseek 0 0 SEEK_CUR
+listopen 1
+--- stdout
+@startup
+@prompt la ejecucion de comandos que no son de las practicas esta habilitada
+@prompt Leidos 11 bytes del descriptor 0
+hola mundo
+
+@prompt Descriptor 0 posicionado en 55
+@prompt descriptor: 0, offset: (66)-> entrada estandar 
+~ .* (no-eol)
