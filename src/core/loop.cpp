@@ -68,6 +68,7 @@ void RepeatHistoric(int n) {
 }
 
 void Cmd_exit(char *[]) {
+    SincronizarEntrada();  // the rest of a script belongs to whoever reads on
     HistoricClear();
     PathClear();
     EntornoClear();
