@@ -5,7 +5,9 @@
 #include <cstdlib>
 #include <regex>
 #include <string>
+#include <sys/shm.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include "support/session.h"
 
@@ -38,6 +40,16 @@ struct Shell {
     }
     labtest::TempDir dir;
     labtest::Session s;
+};
+
+// System V keys of this process (k and k+1), removed whatever happens.
+struct Clave {
+    key_t k = static_cast<key_t>(0x4e000000u | (static_cast<uint32_t>(getpid()) & 0xffffff));
+    std::string K = std::to_string(k);
+    ~Clave() {
+        for (key_t c : {k, k + 1})
+            if (int id = shmget(c, 0, 0); id != -1) shmctl(id, IPC_RMID, nullptr);
+    }
 };
 
 template <class... A> std::string F(const char *formato, A... a) {
@@ -112,20 +124,40 @@ TEST(MemfsShell, CopiesMovesAndDeletionsInEveryDirection) {
     EXPECT_EQ(sh("memfs-cp bin " + Hex(Num(a) + 32) + ":x"), "Imposible copiar fichero: No such device or address\n");
 }
 
-// The free count promises 271 bytes per entry more than the block holds: the
-// commands refuse what would run past the block's end, and the heap stays whole.
-TEST(MemfsShell, CopiesNeverRunPastTheBlock) {
+// The free count promises 271 bytes per entry more than the block holds. A
+// copy is refused only where the memory the shell owns ends: a malloc block's
+// is at least what was asked for, a shared segment's is whole pages.
+TEST(MemfsShell, CopiesStopWhereTheOwnedMemoryEnds) {
     Shell sh;
+    Clave k;
     std::string a = sh.Direccion("malloc 16384");
-    sh("memfs-format " + a);  // data from 1664: 14720 real bytes, 16346 counted
+    sh("memfs-format " + a);  // data from 1664: at least 14720 real bytes, 16346 counted
     labtest::WriteFile(sh.dir / "justo", std::string(14720, 'j'));
-    labtest::WriteFile(sh.dir / "uno-mas", std::string(14721, 'u'));
-    EXPECT_EQ(sh("memfs-cp uno-mas " + a + ":u", "memfs-mv uno-mas " + a + ":u"),
+    labtest::WriteFile(sh.dir / "cuenta", std::string(16345, 'c'));  // the count allows it, no allocator does
+    EXPECT_EQ(sh("memfs-cp cuenta " + a + ":c", "memfs-mv cuenta " + a + ":c"),
               "Imposible copiar fichero: No space left on device\nImposible mover fichero: No space left on device\n");
-    EXPECT_EQ(labtest::ReadFile(sh.dir / "uno-mas").size(), 14721u);
+    EXPECT_EQ(labtest::ReadFile(sh.dir / "cuenta").size(), 16345u);
     EXPECT_EQ(sh("memfs-cp justo " + a + ":j"), "");
     EXPECT_EQ(sh("memfs-list " + a), Cabecera(16384, 6, 1626, 1) + Linea(Num(a) + 1664, 14720, "j"));
     EXPECT_EQ(sh("memfs-cp " + a + ":j " + a + ":k"), "Imposible copiar fichero: No space left on device\n");
+
+    // 16385 bytes of segment: its pages hold the 16346 bytes the count allows.
+    uint64_t pagina = static_cast<uint64_t>(sysconf(_SC_PAGESIZE));
+    std::string s = sh.Direccion("shared -create " + k.K + " 16385");
+    EXPECT_EQ(sh("memfs-format " + s), Cabecera(16385, 6, 16347, 0));
+    labtest::WriteFile(sh.dir / "ejemplo", std::string(16346, 'e'));
+    EXPECT_EQ(sh("memfs-cp ejemplo " + s + ":e", "memfs-list " + s),
+              Cabecera(16385, 6, 1, 1) + Linea(Num(s) + 1664, 16346, "e"));
+    // 32768 bytes in whole pages: the pages end the room before the count does.
+    std::string t = sh.Direccion("shared -create " + std::to_string(k.k + 1) + " 32768");
+    sh("memfs-format " + t);  // capacity 10: data from 2752, 32726 counted
+    if (pagina <= 32768) {
+        labtest::WriteFile(sh.dir / "lleno", std::string(32768 - 2752, 'l'));
+        labtest::WriteFile(sh.dir / "uno", "1");
+        EXPECT_EQ(sh("memfs-cp lleno " + t + ":l", "memfs-cp uno " + t + ":u"),
+                  "Imposible copiar fichero: No space left on device\n");
+        EXPECT_EQ(sh("memfs-list " + t), Cabecera(32768, 10, 32726 - 30016, 1) + Linea(Num(t) + 2752, 30016, "l"));
+    }
     sh.s.send("exit");
     EXPECT_EQ(sh.s.wait(), 0);  // exited with status 0
 }
