@@ -162,6 +162,72 @@ TEST(MemfsShell, CopiesStopWhereTheOwnedMemoryEnds) {
     EXPECT_EQ(sh.s.wait(), 0);  // exited with status 0
 }
 
+// Whatever a user writes into a header, the commands touch nothing outside the
+// block: the file system is simply not valid, and the other blocks and the
+// shell carry on (the sanitizer build would stop at the first stray byte).
+TEST(MemfsShell, BrokenHeadersAreNoFileSystem) {
+    Shell sh;
+    labtest::WriteFile(sh.dir / "d0", "0123456789");
+    labtest::WriteFile(sh.dir / "d1", std::string(20, 'x'));
+    const std::string enx = ": No such device or address\n";
+    auto conDos = [&](const std::string &tam) {  // a formatted block holding d0 and d1
+        std::string a = sh.Direccion("malloc " + tam);
+        sh("memfs-format " + a, "copy d0 " + a + ":d0", "copy d1 " + a + ":d1");
+        return a;
+    };
+    auto poner = [&](const std::string &a, int desp, uint32_t v) {  // one field, as `readfile` writes it
+        labtest::WriteFile(sh.dir / "v", std::string(reinterpret_cast<const char *>(&v), 4));
+        sh("readfile v " + Hex(Num(a) + desp) + " 4");
+    };
+    auto noValido = [&](const std::string &a) {
+        EXPECT_EQ(sh("memfs-list " + a, "memfs-del " + a + ":d0", "memfs-cp " + a + ":d1 fuera",
+                     "memfs-mv d0 " + a + ":n", "memfs-cp " + a + ":d0 " + a + ":n"),
+                  SfNoValido + "Imposible borrar fichero" + enx + "Imposible copiar fichero" + enx +
+                      "Imposible mover fichero" + enx + "Imposible copiar fichero" + enx)
+            << a;
+    };
+    std::string intacto = conDos("16384");
+
+    // As found: the table's capacity and the file count overwritten by memfill.
+    std::string r = sh.Direccion("allocate -malloc 20000");
+    sh("label -x " + r, "memfs-format -x", "memfill " + Hex(Num(r) + 6) + " 4 0x80");
+    EXPECT_EQ(sh("copy " + r + ":a da"), "Imposible copiar fichero" + enx);
+    std::string cap = conDos("16384");
+    sh("memfill " + Hex(Num(cap) + 4) + " 1 0x40");  // capacity 64: its table runs past the block
+    noValido(cap);
+    std::string ficheros = conDos("16384");
+    poner(ficheros, 8, 0x80000000);  // far above the capacity
+    noValido(ficheros);
+    std::string total = conDos("16384");
+    poner(total, 12, 0xffffffff);  // larger than the block
+    noValido(total);
+    std::string libres = conDos("16384");
+    poner(libres, 12, 0);  // total minus metadata wraps in 32 bits: any free count passed
+    poner(libres, 16, 0xffffff00);
+    noValido(libres);
+    std::string desp = conDos("16384");
+    poner(desp, 32 + 272 + 260, 0xfffffff0);  // d1's offset, and with its size past 2^32
+    noValido(desp);
+    std::string tam = conDos("16384");
+    poner(tam, 32 + 256, 1u << 20);  // d0's size
+    noValido(tam);
+    // d0 moved to the end of the block: each file lies inside, but deleting
+    // d1 would pack the third file after d0, 8000 bytes past the end.
+    std::string fin = conDos("16384");
+    labtest::WriteFile(sh.dir / "d2", std::string(8000, 'z'));
+    sh("copy d2 " + fin + ":d2");
+    poner(fin, 32 + 260, 16384 - 1664 - 10);
+    noValido(fin);
+
+    EXPECT_EQ(sh("memfs-find"), "Sistema de ficheros valido en " + intacto + "\n");
+    EXPECT_EQ(sh("memfs-cp " + intacto + ":d1 copia", "memfs-list " + intacto),
+              Cabecera(16384, 6, 16346 - 30, 2) + Linea(Num(intacto) + 1664, 10, "d0") +
+                  Linea(Num(intacto) + 1674, 20, "d1"));
+    EXPECT_EQ(labtest::ReadFile(sh.dir / "copia"), std::string(20, 'x'));
+    sh.s.send("exit");
+    EXPECT_EQ(sh.s.wait(), 0);
+}
+
 TEST(MemfsShell, DeletingAWordWithoutAColonReadsTheDiskMarker) {
     if (getenv("LABSH_SANITIZED") != nullptr) GTEST_SKIP() << "a deliberate fault";
     Shell sh;
