@@ -29,33 +29,6 @@ void *ResolverSF(const char *palabra) {
 
 bool BloqueDeLista(const void *dir) { return TamanoNodoDireccion(&L, dir) != ~uint64_t{0}; }
 
-bool EnMemoria(const IdFich &id) { return id.sf != nullptr && id.sf != SF_DISCO; }
-
-// The free-byte count of a file system counts one byte per table entry where
-// an entry takes 272, so it promises room the block does not have. A copy
-// into memory that would run past the end of the block's real memory is
-// refused as a lack of space: the shell never writes outside its blocks.
-bool CabeEnElBloque(const IdFich &origen, const IdFich &destino) {
-    if (!EnMemoria(destino)) return true;
-    int64_t tam = -1;
-    if (origen.sf == SF_DISCO) {
-        tam = auxTamanoFichero(origen.nombre);
-    } else if (EnMemoria(origen)) {
-        int i = BuscarFicheroSF(origen.sf, origen.nombre);
-        if (i != -1) {
-            const char *entradas = static_cast<const char *>(origen.sf) + sizeof(CabeceraSF);
-            tam = reinterpret_cast<const EntradaFicheroSF *>(entradas)[i].tamano;
-        }
-    }
-    if (tam < 0) return true;  // the copy itself reports the missing source
-    auto *inicio = static_cast<char *>(destino.sf);
-    auto *datos = static_cast<char *>(DirFinalDatos(destino.sf));
-    uint64_t bloque = TamanoNodoDireccion(&L, destino.sf);
-    if (datos < inicio || static_cast<uint64_t>(datos - inicio) + static_cast<uint64_t>(tam) <= bloque) return true;
-    errno = ENOSPC;
-    return false;
-}
-
 // A mapped file may be mapped without read permission: ask the kernel
 // whether the header can be read before reading it.
 bool Legible(const void *dir, size_t n) {
@@ -82,10 +55,7 @@ int ValidAddrForMakingFS(const void *dir) {
     return BloqueDeLista(dir) && (TipoNodoDireccion(&L, dir) & (TIPO_MALLOC | TIPO_SHARED)) != 0;
 }
 
-// A block smaller than a header was never formatted: its header is not read.
-int ValidSFAddr(const void *dir) {
-    return ValidAddrForMakingFS(dir) && TamanoNodoDireccion(&L, dir) >= sizeof(CabeceraSF) && EsValidoSF(dir);
-}
+int ValidSFAddr(const void *dir) { return ValidAddrForMakingFS(dir) && EsValidoSF(dir); }
 
 void ObtenerIdfich(IdFich *id, char *palabra) {
     if (palabra == nullptr) {
@@ -142,7 +112,6 @@ void MemFSListar(char *tr[]) {
 
 void MemFSBuscar(char *[]) {
     for (void *p = PrimerElemento(&L); p != nullptr; p = SiguienteElemento(&L, p)) {
-        if (TamanoNodoDireccion(&L, p) < sizeof(CabeceraSF)) continue;
         if ((TipoNodoDireccion(&L, p) & TIPO_MMAP) != 0 && !Legible(p, sizeof(CabeceraSF))) continue;
         if (EsValidoSF(p)) printf("Sistema de ficheros valido en %p\n", p);
     }
@@ -150,7 +119,7 @@ void MemFSBuscar(char *[]) {
 
 namespace {
 
-// Copy and move take two identifiers and refuse alike what would not fit.
+// Copy and move take two identifiers alike.
 void CopiarOMover(char *tr[], int32_t (*operacion)(IdFich, IdFich), const char *uso, const char *error) {
     if (tr[0] == nullptr || tr[1] == nullptr) {
         printf("%s", uso);
@@ -159,7 +128,7 @@ void CopiarOMover(char *tr[], int32_t (*operacion)(IdFich, IdFich), const char *
     IdFich origen, destino;
     ObtenerIdfich(&origen, tr[0]);
     ObtenerIdfich(&destino, tr[1]);
-    if (!CabeEnElBloque(origen, destino) || operacion(origen, destino) == -1) ErrorSistema(error);
+    if (operacion(origen, destino) == -1) ErrorSistema(error);
 }
 
 }  // namespace

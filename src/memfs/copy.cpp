@@ -8,6 +8,8 @@
 #include <memory>
 #include <unistd.h>
 
+#include "memory/memory.h"
+
 namespace {
 
 CabeceraSF *Cabecera(void *sf) { return static_cast<CabeceraSF *>(sf); }
@@ -16,11 +18,22 @@ EntradaFicheroSF *Entradas(void *sf) {
     return reinterpret_cast<EntradaFicheroSF *>(static_cast<char *>(sf) + sizeof(CabeceraSF));
 }
 
+// The free-byte count promises 271 bytes per entry more than the block
+// holds. Where that memory really exists the count alone decides; a copy that
+// would run past the end of what the shell owns is refused as a lack of
+// space, so the shell never writes outside its blocks.
+bool CabeEnElBloque(void *sf, uint64_t tam) {
+    uint64_t bloque = TamanoRealNodoDireccion(&L, sf);
+    if (bloque == ~uint64_t{0}) return false;  // no block of the shell
+    uint64_t fin = static_cast<uint64_t>(static_cast<char *>(DirFinalDatos(sf)) - static_cast<char *>(sf));
+    return fin <= bloque && tam <= bloque - fin;
+}
+
 // Space and a free entry first, the name clash after: a full file system says
 // ENOSPC even for a name it holds.
 int ComprobarDestino(void *sf, uint64_t tam, const char *nombre) {
     const CabeceraSF *c = Cabecera(sf);
-    if (tam >= c->libres || c->ficheros == c->capacidad) {
+    if (tam >= c->libres || c->ficheros == c->capacidad || !CabeEnElBloque(sf, tam)) {
         errno = ENOSPC;
         return -1;
     }
@@ -60,7 +73,7 @@ int32_t CopyDiskDisk(const char *origen, const char *destino) {
     if (tam == -1) return -1;
     std::unique_ptr<void, LiberarMalloc> buf(malloc(static_cast<size_t>(tam)));
     if (buf == nullptr && tam != 0) return -1;
-    int64_t leidos = LeerFicheroDisco(origen, buf.get());
+    int64_t leidos = LeerFicheroDisco(origen, buf.get(), static_cast<uint64_t>(tam));
     if (leidos == -1) return -1;
     if (EscribirFicheroDisco(destino, buf.get(), static_cast<uint64_t>(leidos), 0) == -1) return -1;
     return static_cast<int32_t>(leidos);
@@ -70,7 +83,7 @@ int32_t CopyDiskMem(const char *origen, IdFich destino) {
     int64_t tam = auxTamanoFichero(origen);
     if (tam == -1) return -1;
     if (ComprobarDestino(destino.sf, static_cast<uint64_t>(tam), destino.nombre) == -1) return -1;
-    int64_t leidos = LeerFicheroDisco(origen, DirFinalDatos(destino.sf));
+    int64_t leidos = LeerFicheroDisco(origen, DirFinalDatos(destino.sf), static_cast<uint64_t>(tam));
     if (leidos == -1) return -1;
     AnotarFichero(destino.sf, destino.nombre, static_cast<uint32_t>(leidos));
     return static_cast<int32_t>(leidos);

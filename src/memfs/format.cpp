@@ -2,6 +2,7 @@
 // packed data, and the operations on one formatted block.
 #include "memfs/memfs.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -35,12 +36,47 @@ uint64_t TamanoSF(uint32_t n) { return uint64_t{n} + sizeof(CabeceraSF); }
 
 int EspacioInsuficiente(uint32_t n, uint32_t tam) { return tam <= TamanoSF(n); }
 
+namespace {
+
+// Every file must lie inside the data area, and so must every run of files
+// that a deletion moves down: deleting entry k packs the files after it from
+// the end of entry k-1 on, whatever their offsets say.
+bool FicherosDentro(const void *sf, uint32_t ficheros, uint64_t espacio) {
+    const auto *e = reinterpret_cast<const EntradaFicheroSF *>(static_cast<const char *>(sf) + sizeof(CabeceraSF));
+    uint64_t despues = 0;  // bytes of the files after entry k
+    for (uint32_t k = ficheros; k-- > 0;) {
+        if (uint64_t{e[k].desplazamiento} + e[k].tamano > espacio) return false;
+        uint64_t desde = k == 0 ? 0 : uint64_t{e[k - 1].desplazamiento} + e[k - 1].tamano;
+        if (desde + despues > espacio) return false;
+        despues += e[k].tamano;
+    }
+    return true;
+}
+
+}  // namespace
+
+// A header is believed only as far as the block really reaches: the table,
+// the total size and every file must fit in it, with sums in 64 bits so that
+// none wraps. The free count keeps its one byte per entry.
 int EsValidoSF(const void *sf) {
     if (sf == nullptr) return 0;
+    uint64_t bloque = TamanoRealNodoDireccion(&L, sf);
+    if (bloque == ~uint64_t{0}) {
+        // No block of the shell starts here, so no file system does; the
+        // magic is read all the same, as memfs-del of a disk path has always
+        // done with its all-bits-set marker (which faults right here).
+        volatile uint32_t magico = static_cast<const CabeceraSF *>(sf)->magico;
+        (void)magico;
+        return 0;
+    }
+    if (bloque < sizeof(CabeceraSF)) return 0;
     const auto *c = static_cast<const CabeceraSF *>(sf);
     if (c->magico != MAGICO_SF) return 0;
     if (c->ficheros >= c->capacidad) return 0;
-    return c->libres <= static_cast<uint32_t>(c->tamano - static_cast<uint32_t>(TamanoSF(c->capacidad)));
+    uint64_t datos = sizeof(CabeceraSF) + sizeof(EntradaFicheroSF) * uint64_t{c->capacidad};
+    if (datos > bloque || c->tamano > bloque) return 0;
+    if (uint64_t{c->libres} + TamanoSF(c->capacidad) > c->tamano) return 0;
+    return FicherosDentro(sf, c->ficheros, bloque - datos);
 }
 
 int FormatearSF(void *sf, uint32_t n, uint32_t tam) {
@@ -85,14 +121,17 @@ int64_t auxTamanoFichero(const char *path) {
     return s.st_size;
 }
 
-int64_t LeerFicheroDisco(const char *path, void *dir) {
+int64_t LeerFicheroDisco(const char *path, void *dir, uint64_t max) {
     struct stat s;
     if (stat(path, &s) == -1) return -1;
+    // A file that grew since its size was checked is read no further than
+    // the room measured for it.
+    uint64_t tam = std::min(static_cast<uint64_t>(s.st_size), max);
     // O_NONBLOCK: a FIFO with no writer reads as empty instead of stopping
     // the shell; regular files are not affected.
     int df = open(path, O_RDONLY | O_NONBLOCK);
     if (df == -1) return -1;
-    ssize_t n = read(df, dir, static_cast<size_t>(s.st_size));
+    ssize_t n = read(df, dir, static_cast<size_t>(tam));
     int err = errno;
     close(df);
     errno = err;
@@ -117,10 +156,12 @@ void ListarSF(void *sf) {
     }
 }
 
-// Prefix match on purpose: "dat" finds "datos", "" finds the first file.
+// Prefix match on purpose: "dat" finds "datos", "" finds the first file. The
+// comparison stops at the end of the name field, terminated or not: a stored
+// name ends within it, so longer names never matched anyway.
 int BuscarFicheroSF(void *sf, const char *nombre) {
     if (nombre == nullptr) return -1;
-    size_t len = strlen(nombre);
+    size_t len = std::min(strlen(nombre), sizeof(EntradaFicheroSF::nombre));
     for (uint32_t i = 0; i < Cabecera(sf)->ficheros; i++)
         if (strncmp(Entradas(sf)[i].nombre, nombre, len) == 0) return static_cast<int>(i);
     return -1;

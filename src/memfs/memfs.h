@@ -45,7 +45,7 @@ void *DirPrincipioDatosFichero(void *sf, uint32_t i);
 void *DirFinalDatos(void *sf);
 uint32_t NuevoDesplazamiento(void *sf, uint32_t i);
 int64_t auxTamanoFichero(const char *path);
-int64_t LeerFicheroDisco(const char *path, void *dir);
+int64_t LeerFicheroDisco(const char *path, void *dir, uint64_t max);
 int64_t EscribirFicheroDisco(const char *path, const void *dir, uint64_t len, int sobreescribir);
 void ListarSF(void *sf);
 int BuscarFicheroSF(void *sf, const char *nombre);

@@ -9,7 +9,42 @@
 #include <cstring>
 #include <unistd.h>
 
+// Where the allocator tells how much it really handed out for a block.
+#if defined(__APPLE__)
+#include <malloc/malloc.h>
+#elif defined(__FreeBSD__)
+#include <malloc_np.h>
+#elif defined(__linux__)
+#include <malloc.h>
+#endif
+
 ListaMemoria L;
+
+namespace {
+
+// What malloc really handed out for a block of the given requested size;
+// where the C library cannot tell, the requested size.
+uint64_t TamanoConcedido(void *p, uint64_t pedido) {
+#if defined(__APPLE__)
+    (void)pedido;
+    return malloc_size(p);
+#elif defined(__FreeBSD__) || defined(__linux__)
+    (void)pedido;
+    return malloc_usable_size(p);
+#else
+    (void)p;
+    return pedido;
+#endif
+}
+
+uint64_t PaginasEnteras(uint64_t tam) {
+    long pag = sysconf(_SC_PAGESIZE);
+    if (pag <= 0) return tam;
+    uint64_t p = static_cast<uint64_t>(pag);
+    return tam > ~uint64_t{0} - (p - 1) ? tam : (tam + p - 1) / p * p;
+}
+
+}  // namespace
 
 void CrearLista(ListaMemoria *l) {
     for (auto &n : l->nodos) n = nullptr;
@@ -134,6 +169,14 @@ int DescriptorNodoDireccion(ListaMemoria *l, const void *dir) {
 uint64_t TamanoNodoDireccion(ListaMemoria *l, const void *dir) {
     int i = BuscarNodoDireccion(l, dir);
     return i == -1 ? ~uint64_t{0} : l->nodos[i]->tamano;
+}
+
+uint64_t TamanoRealNodoDireccion(ListaMemoria *l, const void *dir) {
+    int i = BuscarNodoDireccion(l, dir);
+    if (i == -1) return ~uint64_t{0};
+    const NodoMemoria *n = l->nodos[i];
+    if (n->tipo == TIPO_MALLOC) return TamanoConcedido(n->direccion, n->tamano);
+    return PaginasEnteras(n->tamano);  // shared segments and mappings come in whole pages
 }
 
 void *PrimerElemento(ListaMemoria *l) {

@@ -52,6 +52,11 @@ int DescriptorNodoMmap(ListaMemoria *l, const char *fich);
 int TipoNodoDireccion(ListaMemoria *l, const void *dir);
 int DescriptorNodoDireccion(ListaMemoria *l, const void *dir);
 uint64_t TamanoNodoDireccion(ListaMemoria *l, const void *dir);
+// The bytes the shell really owns from the start of a listed block, which
+// may be more than it asked for: the whole pages of a shared segment or a
+// mapping, all that the allocator handed out for a malloc block. All bits
+// set when no block starts there.
+uint64_t TamanoRealNodoDireccion(ListaMemoria *l, const void *dir);
 
 void *PrimerElemento(ListaMemoria *l);
 void *SiguienteElemento(ListaMemoria *l, const void *dir);

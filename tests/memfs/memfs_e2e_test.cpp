@@ -5,7 +5,9 @@
 #include <cstdlib>
 #include <regex>
 #include <string>
+#include <sys/shm.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include "support/session.h"
 
@@ -38,6 +40,16 @@ struct Shell {
     }
     labtest::TempDir dir;
     labtest::Session s;
+};
+
+// System V keys of this process (k and k+1), removed whatever happens.
+struct Clave {
+    key_t k = static_cast<key_t>(0x4e000000u | (static_cast<uint32_t>(getpid()) & 0xffffff));
+    std::string K = std::to_string(k);
+    ~Clave() {
+        for (key_t c : {k, k + 1})
+            if (int id = shmget(c, 0, 0); id != -1) shmctl(id, IPC_RMID, nullptr);
+    }
 };
 
 template <class... A> std::string F(const char *formato, A... a) {
@@ -112,22 +124,108 @@ TEST(MemfsShell, CopiesMovesAndDeletionsInEveryDirection) {
     EXPECT_EQ(sh("memfs-cp bin " + Hex(Num(a) + 32) + ":x"), "Imposible copiar fichero: No such device or address\n");
 }
 
-// The free count promises 271 bytes per entry more than the block holds: the
-// commands refuse what would run past the block's end, and the heap stays whole.
-TEST(MemfsShell, CopiesNeverRunPastTheBlock) {
+// The free count promises 271 bytes per entry more than the block holds. A
+// copy is refused only where the memory the shell owns ends: a malloc block's
+// is at least what was asked for, a shared segment's is whole pages.
+TEST(MemfsShell, CopiesStopWhereTheOwnedMemoryEnds) {
     Shell sh;
+    Clave k;
     std::string a = sh.Direccion("malloc 16384");
-    sh("memfs-format " + a);  // data from 1664: 14720 real bytes, 16346 counted
+    sh("memfs-format " + a);  // data from 1664: at least 14720 real bytes, 16346 counted
     labtest::WriteFile(sh.dir / "justo", std::string(14720, 'j'));
-    labtest::WriteFile(sh.dir / "uno-mas", std::string(14721, 'u'));
-    EXPECT_EQ(sh("memfs-cp uno-mas " + a + ":u", "memfs-mv uno-mas " + a + ":u"),
+    labtest::WriteFile(sh.dir / "cuenta", std::string(16345, 'c'));  // the count allows it, no allocator does
+    EXPECT_EQ(sh("memfs-cp cuenta " + a + ":c", "memfs-mv cuenta " + a + ":c"),
               "Imposible copiar fichero: No space left on device\nImposible mover fichero: No space left on device\n");
-    EXPECT_EQ(labtest::ReadFile(sh.dir / "uno-mas").size(), 14721u);
+    EXPECT_EQ(labtest::ReadFile(sh.dir / "cuenta").size(), 16345u);
     EXPECT_EQ(sh("memfs-cp justo " + a + ":j"), "");
     EXPECT_EQ(sh("memfs-list " + a), Cabecera(16384, 6, 1626, 1) + Linea(Num(a) + 1664, 14720, "j"));
     EXPECT_EQ(sh("memfs-cp " + a + ":j " + a + ":k"), "Imposible copiar fichero: No space left on device\n");
+
+    // 16385 bytes of segment: its pages hold the 16346 bytes the count allows.
+    uint64_t pagina = static_cast<uint64_t>(sysconf(_SC_PAGESIZE));
+    std::string s = sh.Direccion("shared -create " + k.K + " 16385");
+    EXPECT_EQ(sh("memfs-format " + s), Cabecera(16385, 6, 16347, 0));
+    labtest::WriteFile(sh.dir / "ejemplo", std::string(16346, 'e'));
+    EXPECT_EQ(sh("memfs-cp ejemplo " + s + ":e", "memfs-list " + s),
+              Cabecera(16385, 6, 1, 1) + Linea(Num(s) + 1664, 16346, "e"));
+    // 32768 bytes in whole pages: the pages end the room before the count does.
+    std::string t = sh.Direccion("shared -create " + std::to_string(k.k + 1) + " 32768");
+    sh("memfs-format " + t);  // capacity 10: data from 2752, 32726 counted
+    if (pagina <= 32768) {
+        labtest::WriteFile(sh.dir / "lleno", std::string(32768 - 2752, 'l'));
+        labtest::WriteFile(sh.dir / "uno", "1");
+        EXPECT_EQ(sh("memfs-cp lleno " + t + ":l", "memfs-cp uno " + t + ":u"),
+                  "Imposible copiar fichero: No space left on device\n");
+        EXPECT_EQ(sh("memfs-list " + t), Cabecera(32768, 10, 32726 - 30016, 1) + Linea(Num(t) + 2752, 30016, "l"));
+    }
     sh.s.send("exit");
     EXPECT_EQ(sh.s.wait(), 0);  // exited with status 0
+}
+
+// Whatever a user writes into a header, the commands touch nothing outside the
+// block: the file system is simply not valid, and the other blocks and the
+// shell carry on (the sanitizer build would stop at the first stray byte).
+TEST(MemfsShell, BrokenHeadersAreNoFileSystem) {
+    Shell sh;
+    labtest::WriteFile(sh.dir / "d0", "0123456789");
+    labtest::WriteFile(sh.dir / "d1", std::string(20, 'x'));
+    const std::string enx = ": No such device or address\n";
+    auto conDos = [&](const std::string &tam) {  // a formatted block holding d0 and d1
+        std::string a = sh.Direccion("malloc " + tam);
+        sh("memfs-format " + a, "copy d0 " + a + ":d0", "copy d1 " + a + ":d1");
+        return a;
+    };
+    auto poner = [&](const std::string &a, int desp, uint32_t v) {  // one field, as `readfile` writes it
+        labtest::WriteFile(sh.dir / "v", std::string(reinterpret_cast<const char *>(&v), 4));
+        sh("readfile v " + Hex(Num(a) + desp) + " 4");
+    };
+    auto noValido = [&](const std::string &a) {
+        EXPECT_EQ(sh("memfs-list " + a, "memfs-del " + a + ":d0", "memfs-cp " + a + ":d1 fuera",
+                     "memfs-mv d0 " + a + ":n", "memfs-cp " + a + ":d0 " + a + ":n"),
+                  SfNoValido + "Imposible borrar fichero" + enx + "Imposible copiar fichero" + enx +
+                      "Imposible mover fichero" + enx + "Imposible copiar fichero" + enx)
+            << a;
+    };
+    std::string intacto = conDos("16384");
+
+    // As found: the table's capacity and the file count overwritten by memfill.
+    std::string r = sh.Direccion("allocate -malloc 20000");
+    sh("label -x " + r, "memfs-format -x", "memfill " + Hex(Num(r) + 6) + " 4 0x80");
+    EXPECT_EQ(sh("copy " + r + ":a da"), "Imposible copiar fichero" + enx);
+    std::string cap = conDos("16384");
+    sh("memfill " + Hex(Num(cap) + 4) + " 1 0x40");  // capacity 64: its table runs past the block
+    noValido(cap);
+    std::string ficheros = conDos("16384");
+    poner(ficheros, 8, 0x80000000);  // far above the capacity
+    noValido(ficheros);
+    std::string total = conDos("16384");
+    poner(total, 12, 0xffffffff);  // larger than the block
+    noValido(total);
+    std::string libres = conDos("16384");
+    poner(libres, 12, 0);  // total minus metadata wraps in 32 bits: any free count passed
+    poner(libres, 16, 0xffffff00);
+    noValido(libres);
+    std::string desp = conDos("16384");
+    poner(desp, 32 + 272 + 260, 0xfffffff0);  // d1's offset, and with its size past 2^32
+    noValido(desp);
+    std::string tam = conDos("16384");
+    poner(tam, 32 + 256, 1u << 20);  // d0's size
+    noValido(tam);
+    // d0 moved to the end of the block: each file lies inside, but deleting
+    // d1 would pack the third file after d0, 8000 bytes past the end.
+    std::string fin = conDos("16384");
+    labtest::WriteFile(sh.dir / "d2", std::string(8000, 'z'));
+    sh("copy d2 " + fin + ":d2");
+    poner(fin, 32 + 260, 16384 - 1664 - 10);
+    noValido(fin);
+
+    EXPECT_EQ(sh("memfs-find"), "Sistema de ficheros valido en " + intacto + "\n");
+    EXPECT_EQ(sh("memfs-cp " + intacto + ":d1 copia", "memfs-list " + intacto),
+              Cabecera(16384, 6, 16346 - 30, 2) + Linea(Num(intacto) + 1664, 10, "d0") +
+                  Linea(Num(intacto) + 1674, 20, "d1"));
+    EXPECT_EQ(labtest::ReadFile(sh.dir / "copia"), std::string(20, 'x'));
+    sh.s.send("exit");
+    EXPECT_EQ(sh.s.wait(), 0);
 }
 
 TEST(MemfsShell, DeletingAWordWithoutAColonReadsTheDiskMarker) {
