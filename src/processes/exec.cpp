@@ -23,6 +23,14 @@ constexpr int SINREDIRECCION = MAXPALABRAS - 1;  // the vector's last slot
 
 bool Igual(const char *a, const char *b) { return strcmp(a, b) == 0; }
 
+// Prints why exec stops, keeping the failure's errno for the caller's report:
+// the printf itself may fail (standard output closed) and change it.
+void Motivo(const char *que) {
+    int error = errno;
+    printf("%s: %s\n", que, strerror(error));
+    errno = error;
+}
+
 // A second shell made by `fork` reads on from the script; when it ends, what
 // it read ahead must go back to the file so that its parent resumes right
 // after the last line the child used.
@@ -109,7 +117,7 @@ int exec(char *tr[], const char *usuario, int *prioridad) {
         return -1;
     }
     if (usuario != nullptr && CambiarCredencial(usuario) == -1) {
-        printf("Imposible cambiar credencial: %s\n", strerror(errno));
+        Motivo("Imposible cambiar credencial");
         return -1;
     }
     int prio, p = 0;
@@ -117,7 +125,7 @@ int exec(char *tr[], const char *usuario, int *prioridad) {
     if (prioridad != nullptr) {
         errno = 0;
         if (setpriority(PRIO_PROCESS, static_cast<id_t>(getpid()), *prioridad) == -1 && errno != 0) {
-            printf("Imposible cambiar prioridad: %s\n", strerror(errno));
+            Motivo("Imposible cambiar prioridad");
             return -1;
         }
     }

@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <fcntl.h>
 #include <regex>
+#include <sys/wait.h>
 #include <thread>
 
 #include "support/session.h"
@@ -154,6 +156,38 @@ TEST(ProcessesCredentials, EffectiveAndRealUserNobody) {
     EXPECT_EQ(r.out, eperm + eperm + "imposible cambiar la prioridad del proceso  0:Permission denied\nImposible "
               "cambiar prioridad: Permission denied\n" + eperm + "Credencial real: 65534, (nobody)\n" + nobody);
     EXPECT_EQ(r.err, "No ejecutado: Permission denied\nImposible ejecutar: Operation not permitted\n");
+}
+
+// With standard output on a terminal each printf is written at once, so the
+// message printed before "No ejecutado" fails on a closed descriptor; the
+// report must still name the first failure. An unprivileged shell (nobody,
+// when the tests run as root) sees each kind of failure.
+TEST(ProcessesExec, ChildReportsItsOwnFailureWithStandardOutputClosed) {
+    labtest::TempDir d;
+    labtest::WriteFile(d / "in", "override on\nclose 1\nfgas no-existe-labsh true\nfgas root true\n"
+                                 "fgpri -5 true\nexecuteas root true\n");
+    int terminal = posix_openpt(O_RDWR | O_NOCTTY);
+    ASSERT_NE(terminal, -1);
+    grantpt(terminal), unlockpt(terminal);
+    int in = open((d / "in").c_str(), O_RDONLY), out = open(ptsname(terminal), O_RDWR | O_NOCTTY),
+        err = open((d / "err").c_str(), O_WRONLY | O_CREAT, 0600);
+    ASSERT_TRUE(in != -1 && out != -1 && err != -1);
+    std::string bin = labtest::LabshBinary();
+    pid_t pid = fork();
+    if (pid == 0) {
+        dup2(in, 0), dup2(out, 1), dup2(err, 2);
+        if (getuid() == 0) execlp("setpriv", "setpriv", "--reuid=65534", "--regid=65534", "--clear-groups",
+                                  bin.c_str(), "-p", static_cast<char *>(nullptr));
+        else execl(bin.c_str(), bin.c_str(), "-p", static_cast<char *>(nullptr));
+        _exit(127);
+    }
+    int status = -1;
+    waitpid(pid, &status, 0);
+    for (int fd : {in, out, err, terminal}) close(fd);
+    if (WIFEXITED(status) && WEXITSTATUS(status) == 127) GTEST_SKIP() << "the shell cannot run unprivileged here";
+    const std::string enoent = "No ejecutado: No such file or directory\n";
+    EXPECT_EQ(labtest::ReadFile(d / "err"), enoent + "No ejecutado: Operation not permitted\nNo ejecutado: "
+              "Permission denied\nImposible ejecutar: Operation not permitted\n");
 }
 
 TEST(ProcessesJobs, StatesFromSignalsJobFgAndDeljobs) {
