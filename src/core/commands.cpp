@@ -4,9 +4,9 @@
 
 #include <cstdio>
 #include <cstring>
+#include <algorithm>
+#include <array>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 
 #include "files/files.h"
 #include "memfs/memfs.h"
@@ -328,7 +328,7 @@ const EntradaComando C[] = {
 };
 static_assert(std::size(C) == 130);
 
-const EntradaAlias alias[] = {
+constexpr EntradaAlias alias[] = {
     {"version", "numserie"},
     {"exit", "salir"},
     {"exit", "bye"},
@@ -501,26 +501,35 @@ int HabilitarAbrev = 0;
 
 bool Igual(const char *a, const char *b) { return strcmp(a, b) == 0; }
 
-// The alias table never changes, and every line is resolved through it: an
-// index built once gives in one step the row that a scan from the top finds
-// first (the first row of an alias wins, as in the scan).
-const std::unordered_map<std::string_view, const char *> &IndiceAlias() {
-    static const auto indice = [] {
-        std::unordered_map<std::string_view, const char *> m;
-        for (const EntradaAlias *a = alias; a->comando != nullptr; a++) m.emplace(a->alias, a->comando);
-        return m;
-    }();
-    return indice;
+// The alias table never changes, and every line is resolved through it: two
+// indexes sorted by the compiler (so that start-up neither builds nor touches
+// anything) find a word by halving.
+struct ClaveAlias {
+    std::string_view clave;
+    const char *comando;
+};
+using IndiceAlias = std::array<ClaveAlias, std::size(alias) - 1>;
+
+// Sorted by one column; the sort is stable, so among rows of the same word
+// the first comes first, as a scan from the top finds it.
+constexpr IndiceAlias Ordenar(bool porAlias) {
+    IndiceAlias v{};
+    for (size_t i = 0; i < v.size(); i++) {
+        ClaveAlias e{porAlias ? alias[i].alias : alias[i].comando, alias[i].comando};
+        size_t j = i;
+        for (; j > 0 && e.clave < v[j - 1].clave; j--) v[j] = v[j - 1];
+        v[j] = e;
+    }
+    return v;
 }
 
-// The commands that stand in the command column of the alias table.
-const std::unordered_set<std::string_view> &ComandosConAlias() {
-    static const auto comandos = [] {
-        std::unordered_set<std::string_view> c;
-        for (const EntradaAlias *a = alias; a->comando != nullptr; a++) c.insert(a->comando);
-        return c;
-    }();
-    return comandos;
+constexpr IndiceAlias PorAlias = Ordenar(true);
+constexpr IndiceAlias PorComando = Ordenar(false);  // the commands that have an alias
+
+const ClaveAlias *Buscar(const IndiceAlias &indice, std::string_view clave) {
+    auto it = std::lower_bound(indice.begin(), indice.end(), clave,
+                               [](const ClaveAlias &e, std::string_view c) { return e.clave < c; });
+    return it != indice.end() && it->clave == clave ? &*it : nullptr;
 }
 
 }  // namespace
@@ -530,12 +539,11 @@ const EntradaAlias *TablaAlias() { return alias; }
 
 const char *RealCommandNoAbrev(const char *cmd) {
     if (!OverRide(nullptr) && !IsValidCommand(cmd)) return cmd;
-    const auto &porAlias = IndiceAlias();
-    auto it = porAlias.find(cmd);
-    return it == porAlias.end() ? cmd : it->second;
+    const ClaveAlias *e = Buscar(PorAlias, cmd);
+    return e == nullptr ? cmd : e->comando;
 }
 
-int IsInternalCommand(const char *cmd) { return ComandosConAlias().count(cmd) != 0; }
+int IsInternalCommand(const char *cmd) { return Buscar(PorComando, cmd) != nullptr; }
 
 const char *RealCommandAbrev(const char *cmd) {
     size_t n = strlen(cmd);
@@ -556,7 +564,7 @@ const char *RealCommand(const char *cmd) {
     return r;
 }
 
-int IsCmdOrAlias(const char *cmd) { return IsInternalCommand(cmd) || IndiceAlias().count(cmd) != 0; }
+int IsCmdOrAlias(const char *cmd) { return IsInternalCommand(cmd) || Buscar(PorAlias, cmd) != nullptr; }
 
 void HabilitarAbreviaturas() { HabilitarAbrev = 1; }
 void DeshabilitarAbreviaturas() { HabilitarAbrev = 0; }
