@@ -6,6 +6,7 @@
 #include <cstring>
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <string_view>
 
 #include "files/files.h"
@@ -502,23 +503,25 @@ int HabilitarAbrev = 0;
 bool Igual(const char *a, const char *b) { return strcmp(a, b) == 0; }
 
 // The alias table never changes, and every line is resolved through it: two
-// indexes sorted by the compiler (so that start-up neither builds nor touches
-// anything) find a word by halving.
-struct ClaveAlias {
-    std::string_view clave;
-    const char *comando;
-};
-using IndiceAlias = std::array<ClaveAlias, std::size(alias) - 1>;
+// indexes of its rows, sorted by the compiler, find a word by halving. They
+// hold row numbers, not pointers, so that they need no relocation and stay in
+// read-only memory: start-up neither builds nor writes anything for them.
+constexpr size_t FILASALIAS = std::size(alias) - 1;
+static_assert(FILASALIAS <= UINT8_MAX);
+using IndiceAlias = std::array<uint8_t, FILASALIAS>;
+
+constexpr std::string_view Clave(size_t fila, bool porAlias) {
+    return porAlias ? alias[fila].alias : alias[fila].comando;
+}
 
 // Sorted by one column; the sort is stable, so among rows of the same word
 // the first comes first, as a scan from the top finds it.
 constexpr IndiceAlias Ordenar(bool porAlias) {
     IndiceAlias v{};
     for (size_t i = 0; i < v.size(); i++) {
-        ClaveAlias e{porAlias ? alias[i].alias : alias[i].comando, alias[i].comando};
         size_t j = i;
-        for (; j > 0 && e.clave < v[j - 1].clave; j--) v[j] = v[j - 1];
-        v[j] = e;
+        for (; j > 0 && Clave(i, porAlias) < Clave(v[j - 1], porAlias); j--) v[j] = v[j - 1];
+        v[j] = static_cast<uint8_t>(i);
     }
     return v;
 }
@@ -526,10 +529,11 @@ constexpr IndiceAlias Ordenar(bool porAlias) {
 constexpr IndiceAlias PorAlias = Ordenar(true);
 constexpr IndiceAlias PorComando = Ordenar(false);  // the commands that have an alias
 
-const ClaveAlias *Buscar(const IndiceAlias &indice, std::string_view clave) {
-    auto it = std::lower_bound(indice.begin(), indice.end(), clave,
-                               [](const ClaveAlias &e, std::string_view c) { return e.clave < c; });
-    return it != indice.end() && it->clave == clave ? &*it : nullptr;
+// The first row whose column holds the word, or null.
+const EntradaAlias *Buscar(const IndiceAlias &indice, bool porAlias, std::string_view palabra) {
+    auto it = std::lower_bound(indice.begin(), indice.end(), palabra,
+                               [porAlias](uint8_t fila, std::string_view p) { return Clave(fila, porAlias) < p; });
+    return it != indice.end() && Clave(*it, porAlias) == palabra ? &alias[*it] : nullptr;
 }
 
 }  // namespace
@@ -539,11 +543,11 @@ const EntradaAlias *TablaAlias() { return alias; }
 
 const char *RealCommandNoAbrev(const char *cmd) {
     if (!OverRide(nullptr) && !IsValidCommand(cmd)) return cmd;
-    const ClaveAlias *e = Buscar(PorAlias, cmd);
+    const EntradaAlias *e = Buscar(PorAlias, true, cmd);
     return e == nullptr ? cmd : e->comando;
 }
 
-int IsInternalCommand(const char *cmd) { return Buscar(PorComando, cmd) != nullptr; }
+int IsInternalCommand(const char *cmd) { return Buscar(PorComando, false, cmd) != nullptr; }
 
 const char *RealCommandAbrev(const char *cmd) {
     size_t n = strlen(cmd);
@@ -564,7 +568,7 @@ const char *RealCommand(const char *cmd) {
     return r;
 }
 
-int IsCmdOrAlias(const char *cmd) { return IsInternalCommand(cmd) || Buscar(PorAlias, cmd) != nullptr; }
+int IsCmdOrAlias(const char *cmd) { return IsInternalCommand(cmd) || Buscar(PorAlias, true, cmd) != nullptr; }
 
 void HabilitarAbreviaturas() { HabilitarAbrev = 1; }
 void DeshabilitarAbreviaturas() { HabilitarAbrev = 0; }
