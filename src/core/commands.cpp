@@ -4,9 +4,10 @@
 
 #include <cstdio>
 #include <cstring>
+#include <algorithm>
+#include <array>
+#include <cstdint>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 
 #include "files/files.h"
 #include "memfs/memfs.h"
@@ -328,7 +329,7 @@ const EntradaComando C[] = {
 };
 static_assert(std::size(C) == 130);
 
-const EntradaAlias alias[] = {
+constexpr EntradaAlias alias[] = {
     {"version", "numserie"},
     {"exit", "salir"},
     {"exit", "bye"},
@@ -501,26 +502,38 @@ int HabilitarAbrev = 0;
 
 bool Igual(const char *a, const char *b) { return strcmp(a, b) == 0; }
 
-// The alias table never changes, and every line is resolved through it: an
-// index built once gives in one step the row that a scan from the top finds
-// first (the first row of an alias wins, as in the scan).
-const std::unordered_map<std::string_view, const char *> &IndiceAlias() {
-    static const auto indice = [] {
-        std::unordered_map<std::string_view, const char *> m;
-        for (const EntradaAlias *a = alias; a->comando != nullptr; a++) m.emplace(a->alias, a->comando);
-        return m;
-    }();
-    return indice;
+// The alias table never changes, and every line is resolved through it: two
+// indexes of its rows, sorted by the compiler, find a word by halving. They
+// hold row numbers, not pointers, so that they need no relocation and stay in
+// read-only memory: start-up neither builds nor writes anything for them.
+constexpr size_t FILASALIAS = std::size(alias) - 1;
+static_assert(FILASALIAS <= UINT8_MAX);
+using IndiceAlias = std::array<uint8_t, FILASALIAS>;
+
+constexpr std::string_view Clave(size_t fila, bool porAlias) {
+    return porAlias ? alias[fila].alias : alias[fila].comando;
 }
 
-// The commands that stand in the command column of the alias table.
-const std::unordered_set<std::string_view> &ComandosConAlias() {
-    static const auto comandos = [] {
-        std::unordered_set<std::string_view> c;
-        for (const EntradaAlias *a = alias; a->comando != nullptr; a++) c.insert(a->comando);
-        return c;
-    }();
-    return comandos;
+// Sorted by one column; the sort is stable, so among rows of the same word
+// the first comes first, as a scan from the top finds it.
+constexpr IndiceAlias Ordenar(bool porAlias) {
+    IndiceAlias v{};
+    for (size_t i = 0; i < v.size(); i++) {
+        size_t j = i;
+        for (; j > 0 && Clave(i, porAlias) < Clave(v[j - 1], porAlias); j--) v[j] = v[j - 1];
+        v[j] = static_cast<uint8_t>(i);
+    }
+    return v;
+}
+
+constexpr IndiceAlias PorAlias = Ordenar(true);
+constexpr IndiceAlias PorComando = Ordenar(false);  // the commands that have an alias
+
+// The first row whose column holds the word, or null.
+const EntradaAlias *Buscar(const IndiceAlias &indice, bool porAlias, std::string_view palabra) {
+    auto it = std::lower_bound(indice.begin(), indice.end(), palabra,
+                               [porAlias](uint8_t fila, std::string_view p) { return Clave(fila, porAlias) < p; });
+    return it != indice.end() && Clave(*it, porAlias) == palabra ? &alias[*it] : nullptr;
 }
 
 }  // namespace
@@ -530,12 +543,11 @@ const EntradaAlias *TablaAlias() { return alias; }
 
 const char *RealCommandNoAbrev(const char *cmd) {
     if (!OverRide(nullptr) && !IsValidCommand(cmd)) return cmd;
-    const auto &porAlias = IndiceAlias();
-    auto it = porAlias.find(cmd);
-    return it == porAlias.end() ? cmd : it->second;
+    const EntradaAlias *e = Buscar(PorAlias, true, cmd);
+    return e == nullptr ? cmd : e->comando;
 }
 
-int IsInternalCommand(const char *cmd) { return ComandosConAlias().count(cmd) != 0; }
+int IsInternalCommand(const char *cmd) { return Buscar(PorComando, false, cmd) != nullptr; }
 
 const char *RealCommandAbrev(const char *cmd) {
     size_t n = strlen(cmd);
@@ -556,7 +568,7 @@ const char *RealCommand(const char *cmd) {
     return r;
 }
 
-int IsCmdOrAlias(const char *cmd) { return IsInternalCommand(cmd) || IndiceAlias().count(cmd) != 0; }
+int IsCmdOrAlias(const char *cmd) { return IsInternalCommand(cmd) || Buscar(PorAlias, true, cmd) != nullptr; }
 
 void HabilitarAbreviaturas() { HabilitarAbrev = 1; }
 void DeshabilitarAbreviaturas() { HabilitarAbrev = 0; }

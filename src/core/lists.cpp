@@ -18,8 +18,15 @@ int cual = 0;  // cursor of GetFirstNextElement, shared by every list
 // The elements fill the first positions and every position after them is
 // null, so the count is where that boundary lies: found by halving, not by
 // walking a list that is usually full (the history, after a long session).
+// The range to halve grows from the start, so that a short list is counted
+// without reaching into the never-used end of its array.
 int Cuenta(char *lista[]) {
-    int bajo = 0, alto = MAXLISTA;  // lista[bajo - 1] is used, lista[alto] is not (or alto is the end)
+    int bajo = 0, alto = 1;  // lista[bajo - 1] is used; the first null is below alto
+    while (alto < MAXLISTA && lista[alto - 1] != nullptr) {
+        bajo = alto;
+        alto *= 2;
+    }
+    if (alto > MAXLISTA) alto = MAXLISTA;
     while (bajo < alto) {
         int medio = bajo + (alto - bajo) / 2;
         if (lista[medio] != nullptr)

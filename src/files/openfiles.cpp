@@ -9,7 +9,9 @@
 #include <cstring>
 #include <algorithm>
 #include <array>
+#include <dirent.h>
 #include <fcntl.h>
+#include <memory>
 #include <poll.h>
 #include <sys/resource.h>
 #include <string_view>
@@ -22,6 +24,9 @@ namespace {
 
 // Indexed by descriptor number; a null name marks an unused position.
 FicheroAbierto openfiles[MAXFICHEROS];
+// One past the highest position ever given a name: emptying the table need
+// not visit (nor bring into memory) the positions above it.
+int usadas = 0;
 
 bool EnTabla(int df) { return df >= 0 && df < MAXFICHEROS; }
 
@@ -68,9 +73,30 @@ void AnotarSiAbierto(int df) {
     if (modo != -1) AddOpenFile(df, NombreInicial(df), modo, 0);
 }
 
+struct CerrarDir {
+    void operator()(DIR *d) const { closedir(d); }
+};
+
+// Where the system shows a process's descriptors as a directory, reading it
+// is much cheaper than asking about every position of the table. Returns
+// false where there is no such directory.
+bool AnotarDesdeDirectorio() {
+    std::unique_ptr<DIR, CerrarDir> d(opendir("/proc/self/fd"));
+    if (d == nullptr) return false;
+    int propio = dirfd(d.get());  // open only while it is read
+    while (const dirent *e = readdir(d.get())) {
+        char *fin;
+        long df = strtol(e->d_name, &fin, 10);
+        if (fin == e->d_name || *fin != '\0' || df == propio || df < 0 || df >= MAXFICHEROS) continue;
+        AnotarSiAbierto(static_cast<int>(df));
+    }
+    return true;
+}
+
 }  // namespace
 
 void InitOpenFiles() {
+    if (AnotarDesdeDirectorio()) return;
     // One poll over a batch of descriptors tells which of them are open (the
     // others come back marked POLLNVAL), so only the open ones are asked for
     // their flags: the table is the same, and start-up takes a few system
@@ -104,6 +130,7 @@ int AddOpenFile(int df, const char *nombre, int modo, int redireccion) {
     openfiles[df].nombre = copia;
     openfiles[df].modo = modo;
     openfiles[df].redireccion = redireccion;
+    usadas = std::max(usadas, df + 1);
     return df;
 }
 
@@ -120,7 +147,7 @@ int RemoveOpenFile(int df) {
 }
 
 void ClearOpenFilesList() {
-    for (int df = 0; df < MAXFICHEROS; df++) RemoveOpenFile(df);
+    for (int df = 0; df < usadas; df++) RemoveOpenFile(df);
 }
 
 const char *NombreFicheroDescriptor(int df) { return EnTabla(df) ? openfiles[df].nombre : nullptr; }

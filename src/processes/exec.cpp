@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <spawn.h>
 #include <string_view>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -22,6 +23,57 @@ namespace {
 constexpr int SINREDIRECCION = MAXPALABRAS - 1;  // the vector's last slot
 
 bool Igual(const char *a, const char *b) { return strcmp(a, b) == 0; }
+
+// Prints why exec stops, keeping the failure's errno for the caller's report:
+// the printf itself may fail (standard output closed) and change it.
+void Motivo(const char *que) {
+    int error = errno;
+    printf("%s: %s\n", que, strerror(error));
+    errno = error;
+}
+
+// A line whose child has nothing to do before exec: no user, no priority, no
+// redirection and no environment words (what exec would find in its words).
+bool EsLineaSimple(char *tr[], const char *usuario, const int *prioridad) {
+    if (tr[0] == nullptr || usuario != nullptr || prioridad != nullptr) return false;
+    int prio;
+    if (ComprobarPrioridad(tr, &prio) != 0) return false;
+    for (int i = 0; tr[i] != nullptr; i++)
+        if ((tr[i][0] == '<' || tr[i][0] == '>' || tr[i][0] == '*') && tr[i][1] != '\0') return false;
+    return !Igual(tr[0], "NULLENV") && strchr(tr[0], '=') == nullptr && BuscarVariable(tr[0], environ) == -1;
+}
+
+// C libraries older than these report a failed exec only through the status
+// of a child they leave behind, so a failure would lose its message.
+#if defined(__GLIBC__) && (__GLIBC__ * 1000 + __GLIBC_MINOR__ < 2024)
+constexpr bool SpawnInformaDelFallo = false;
+#else
+constexpr bool SpawnInformaDelFallo = true;
+#endif
+
+struct AtributosSpawn {
+    posix_spawnattr_t a;
+    bool listos = posix_spawnattr_init(&a) == 0;
+    ~AtributosSpawn() {
+        if (listos) posix_spawnattr_destroy(&a);
+    }
+};
+
+// Starts such a line without copying the shell. Returns false when it could
+// not, a failed exec included: the caller then forks a child that tries again
+// and reports the failure itself, with its message and status 255, the same
+// on every C library.
+bool CrearHijoLigero(char *tr[], bool segundoplano, pid_t *pid) {
+    if (!SpawnInformaDelFallo) return false;
+    if (!segundoplano) return posix_spawn(pid, Ejecutable(tr[0]), nullptr, nullptr, tr, environ) == 0;
+#ifdef POSIX_SPAWN_SETSID
+    AtributosSpawn atr;
+    return atr.listos && posix_spawnattr_setflags(&atr.a, POSIX_SPAWN_SETSID) == 0 &&
+           posix_spawn(pid, Ejecutable(tr[0]), nullptr, &atr.a, tr, environ) == 0;
+#else
+    return false;  // a session of its own needs a full child here
+#endif
+}
 
 // A second shell made by `fork` reads on from the script; when it ends, what
 // it read ahead must go back to the file so that its parent resumes right
@@ -109,7 +161,7 @@ int exec(char *tr[], const char *usuario, int *prioridad) {
         return -1;
     }
     if (usuario != nullptr && CambiarCredencial(usuario) == -1) {
-        printf("Imposible cambiar credencial: %s\n", strerror(errno));
+        Motivo("Imposible cambiar credencial");
         return -1;
     }
     int prio, p = 0;
@@ -117,7 +169,7 @@ int exec(char *tr[], const char *usuario, int *prioridad) {
     if (prioridad != nullptr) {
         errno = 0;
         if (setpriority(PRIO_PROCESS, static_cast<id_t>(getpid()), *prioridad) == -1 && errno != 0) {
-            printf("Imposible cambiar prioridad: %s\n", strerror(errno));
+            Motivo("Imposible cambiar prioridad");
             return -1;
         }
     }
@@ -145,7 +197,8 @@ int Proceso(char *tr[], int segundoplano, const char *usuario, int *prioridad) {
     if (ComprobarSegundoPlano(tr)) segundoplano = 1;
     if (usuario != nullptr) uid = static_cast<int>(UidUsuario(usuario));
     SincronizarEntrada();
-    pid_t pid = fork();
+    pid_t pid;
+    if (!EsLineaSimple(tr, usuario, prioridad) || !CrearHijoLigero(tr, segundoplano, &pid)) pid = fork();
     if (pid == -1) return -1;  // no child: nothing to record or wait for
     if (pid == 0) {
         if (segundoplano && setsid() == -1) ErrorSistema("error al crear una sesion");

@@ -1,8 +1,11 @@
-// Descriptors past the 4096-position table: used, never recorded, and no
-// listing runs past the table.
+// Descriptors at the end of the 4096-position table and past it: recorded
+// when inherited within it, used but never recorded past it, and no listing
+// runs past the table.
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fcntl.h>
+#include <unistd.h>
 #include <sys/resource.h>
 
 #include "support/session.h"
@@ -26,4 +29,33 @@ TEST(FicherosE2E, DescriptorsPastTheTableAreUsedButNotRecorded) {
     EXPECT_EQ(n, 2u);
     EXPECT_EQ(r.out.find("descriptor: 4096"), std::string::npos);
     EXPECT_EQ(r.err, "Imposible cerrar descriptor: Bad file descriptor\n");
+}
+
+// Descriptors inherited at any position of the table are recorded with their
+// flags at start-up; one past the table is not.
+TEST(FicherosE2E, InheritedDescriptorsAreRecordedWherePossible) {
+    rlimit lim{};
+    getrlimit(RLIMIT_NOFILE, &lim);
+    lim.rlim_cur = std::max(lim.rlim_cur, std::min<rlim_t>(lim.rlim_max, 4200));
+    if (setrlimit(RLIMIT_NOFILE, &lim) == -1 || lim.rlim_cur < 4200) GTEST_SKIP() << "descriptor limit too low";
+    labtest::TempDir dir;
+    int lectura = open("/dev/null", O_RDONLY);
+    int escritura = open((dir / "g").c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
+    ASSERT_TRUE(lectura != -1 && escritura != -1);
+    const int altos[] = {2000, 4095, 4100};
+    for (int df : altos) ASSERT_NE(dup2(escritura, df), -1);
+    labtest::RunOptions o;
+    o.inheritDescriptors = true;
+    labtest::RunResult r = labtest::Run("override on\nlistopen 4096\n", dir.path(), o);
+    for (int df : altos) close(df);
+    close(escritura);
+    auto linea = [&](int df) {
+        size_t p = r.out.find("descriptor: " + std::to_string(df) + ",");
+        return p == std::string::npos ? std::string() : r.out.substr(p, r.out.find('\n', p) - p);
+    };
+    EXPECT_EQ(linea(lectura), "descriptor: " + std::to_string(lectura) + ", offset: (0)-> desconocido ");
+    close(lectura);
+    for (int df : {2000, 4095})
+        EXPECT_EQ(linea(df), "descriptor: " + std::to_string(df) + ", offset: (0)-> desconocido O_WRONLY O_APPEND ");
+    EXPECT_EQ(linea(4100), "");
 }

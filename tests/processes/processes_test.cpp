@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <fcntl.h>
 #include <regex>
+#include <sys/wait.h>
 #include <thread>
 
 #include "support/session.h"
@@ -156,6 +158,60 @@ TEST(ProcessesCredentials, EffectiveAndRealUserNobody) {
     EXPECT_EQ(r.err, "No ejecutado: Permission denied\nImposible ejecutar: Operation not permitted\n");
 }
 
+// With standard output on a terminal each printf is written at once, so the
+// message printed before "No ejecutado" fails on a closed descriptor; the
+// report must still name the first failure. An unprivileged shell (nobody,
+// when the tests run as root) sees each kind of failure.
+TEST(ProcessesExec, ChildReportsItsOwnFailureWithStandardOutputClosed) {
+    labtest::TempDir d;
+    labtest::WriteFile(d / "in", "override on\nclose 1\nfgas no-existe-labsh true\nfgas root true\n"
+                                 "fgpri -5 true\nexecuteas root true\n");
+    int terminal = posix_openpt(O_RDWR | O_NOCTTY);
+    ASSERT_NE(terminal, -1);
+    grantpt(terminal), unlockpt(terminal);
+    int in = open((d / "in").c_str(), O_RDONLY), out = open(ptsname(terminal), O_RDWR | O_NOCTTY),
+        err = open((d / "err").c_str(), O_WRONLY | O_CREAT, 0600);
+    ASSERT_TRUE(in != -1 && out != -1 && err != -1);
+    std::string bin = labtest::LabshBinary();
+    pid_t pid = fork();
+    if (pid == 0) {
+        dup2(in, 0), dup2(out, 1), dup2(err, 2);
+        if (getuid() == 0) execlp("setpriv", "setpriv", "--reuid=65534", "--regid=65534", "--clear-groups",
+                                  bin.c_str(), "-p", static_cast<char *>(nullptr));
+        else execl(bin.c_str(), bin.c_str(), "-p", static_cast<char *>(nullptr));
+        _exit(127);
+    }
+    int status = -1;
+    waitpid(pid, &status, 0);
+    for (int fd : {in, out, err, terminal}) close(fd);
+    if (WIFEXITED(status) && WEXITSTATUS(status) == 127) GTEST_SKIP() << "the shell cannot run unprivileged here";
+    const std::string enoent = "No ejecutado: No such file or directory\n";
+    EXPECT_EQ(labtest::ReadFile(d / "err"), enoent + "No ejecutado: Operation not permitted\nNo ejecutado: "
+              "Permission denied\nImposible ejecutar: Operation not permitted\n");
+}
+
+// Plain program lines (nothing for the child to do before exec) that cannot
+// run: the same message and, for a job, the status 255.
+TEST(ProcessesExec, PlainProgramsThatCannotRunReportAndEndWith255) {
+    labtest::TempDir d;
+    labtest::WriteFile(d / "texto", "echo x\n");
+    labtest::WriteFile(d / "sin-cabecera", "echo x\n");
+    chmod((d / "sin-cabecera").c_str(), 0755);
+    labtest::Session s{d.path(), {"-p"}, false};
+    s.send("override on\nfg ./texto\n./sin-cabecera\nback no-existe-labsh uno\nback ./texto dos");
+    std::vector<Job> jobs;
+    ASSERT_TRUE(Until([&] {
+        s.send("listjobs\nshowenv -x");
+        jobs = Jobs(s.readUntil("[-environ|-addr]"));
+        return jobs.size() == 2 && jobs[0].state[0] == 'T' && jobs[1].state[0] == 'T';
+    }));
+    EXPECT_EQ(jobs[0].state + "|" + jobs[1].state, "TERMINADO (255) no-existe-labsh uno|TERMINADO (255) ./texto dos");
+    std::string err = s.errors();  // the jobs' two lines come in either order
+    const std::string fg = "No ejecutado: Permission denied\nNo ejecutado: Exec format error\n";
+    const std::string a = "No ejecutado: No such file or directory\n", b = "No ejecutado: Permission denied\n";
+    EXPECT_TRUE(err == fg + a + b || err == fg + b + a) << err;
+}
+
 TEST(ProcessesJobs, StatesFromSignalsJobFgAndDeljobs) {
     labtest::TempDir d;
     labtest::WriteFile(d / "tres.sh", "while [ ! -e $1 ]; do sleep 0.05; done\nexit 3\n");  // ends once $1 exists
@@ -174,6 +230,7 @@ TEST(ProcessesJobs, StatesFromSignalsJobFgAndDeljobs) {
     ASSERT_EQ(reaper.v.size(), 4u);
     pid_t a = reaper.v[0], t = reaper.v[1], f = reaper.v[2], g = reaper.v[3];
     ASSERT_TRUE(Until([&] { return Field(Proc(a, "stat"), 16) == "3" && Field(Proc(g, "stat"), 16) == "6"; }));
+    for (pid_t p : {a, t, g}) EXPECT_EQ(Field(Proc(p, "stat"), 3), std::to_string(p));  // a session each
     time_t now = time(nullptr);
     Job j = job(a);  // the line keeps the words the child interprets; January is month 00
     EXPECT_EQ(j.state + j.month, "ACTIVO (000) sleep 90 @3" + std::to_string(100 + localtime(&now)->tm_mon).substr(1));
