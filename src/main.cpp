@@ -13,6 +13,8 @@ int main(int argc, char *argv[], char *envp[]) {
     static char linea[MAXLINEA];
     static char copia[MAXLINEA];  // never cleared: a shorter line inherits its tail
     static char *trozos[MAXPALABRAS];
+    // Given by the shell: a C library may otherwise pick a size of its own.
+    static char salida[1 << 16];
 
     // On a terminal each printf appears at once. Anywhere else output is
     // gathered and written before the shell waits for input, before anything
@@ -23,7 +25,7 @@ int main(int argc, char *argv[], char *envp[]) {
     if (isatty(STDOUT_FILENO))
         setvbuf(stdout, nullptr, _IONBF, 0);
     else
-        setvbuf(stdout, nullptr, _IOFBF, 1 << 16);
+        setvbuf(stdout, salida, _IOFBF, sizeof salida);
 
     trozos[0] = const_cast<char *>("version");
     main3arg = envp;
