@@ -217,9 +217,11 @@ char *PromptEdicion(EditLine *) { return prompt; }
 // Recall walks the shell's history list itself: what historic shows, in its
 // order, cleared with it. Event numbers are positions in the list; the
 // first event is the newest.
+int totalHistoria = 0;  // the history does not change while a line is read
+
 int Historia(void *, HistEvent *ev, int op, ...) {
     static int actual = -1;
-    const int total = HistoricDimension();
+    const int total = totalHistoria;
     int nuevo;
     switch (op) {
     case H_FIRST: nuevo = total - 1; break;
@@ -413,6 +415,7 @@ bool LeerConEditor() {
     }
     PrepararPrompt();
     fflush(stdout);
+    totalHistoria = HistoricDimension();
     Empezar();
     int n = 0;
     const char *s = el_gets(editor, &n);
