@@ -45,12 +45,18 @@ int main(int argc, char *argv[], char *envp[]) {
 
     while (true) {
         loopHistoric = 0;
-        PrintPrompt();
-        // Whoever waits for the prompt gets it before the shell waits for
-        // input; a script in a file waits for nothing, and its output keeps
-        // gathering.
-        if (!EntradaSinEspera()) fflush(stdout);
-        if (LeerLinea(linea, MAXLINEA) == nullptr) {
+        char *leida;
+        if (EdicionDeLinea()) {
+            leida = LeerLineaEditada(linea, MAXLINEA);  // prints the prompt itself
+        } else {
+            PrintPrompt();
+            // Whoever waits for the prompt gets it before the shell waits for
+            // input; a script in a file waits for nothing, and its output
+            // keeps gathering.
+            if (!EntradaSinEspera()) fflush(stdout);
+            leida = LeerLinea(linea, MAXLINEA);
+        }
+        if (leida == nullptr) {
             if (!HaySenales) break;
             continue;
         }

@@ -85,6 +85,8 @@ int IsValidCommand(const char *cmd) {
     return 0;
 }
 
+const char *const *const *ListasValidas() { return ValidCmds; }
+
 int OverRide(const char *valor) {
     if (valor != nullptr && strcmp(valor, "on") == 0)
         override = 1;

@@ -39,6 +39,19 @@ bool EntradaSinEspera();
 // from the same place. Standard output is flushed as well; errno is kept.
 void SincronizarEntrada();
 
+// Marks the end of input as reached, as LeerLinea's own mark: it sticks
+// until SincronizarEntrada.
+void MarcarFinEntrada();
+
+// Line editing at a terminal (terminal.cpp). EdicionDeLinea tells whether
+// the next line is read through the line editor: standard input and output
+// are a terminal, the shell was built with editline and input has not ended.
+// LeerLineaEditada then prints the prompt and reads the line with editing,
+// recall of the history and completion; it returns as LeerLinea does.
+bool EditorDisponible();
+bool EdicionDeLinea();
+char *LeerLineaEditada(char *linea, int tam);
+
 // perror, after whatever standard output still holds: the two streams keep
 // the order in which things were printed.
 void ErrorSistema(const char *prefijo);
@@ -135,6 +148,8 @@ void Cmd_helpReducido(char *tr[]);
 
 // ------------------------------------------------------ assignment lists
 int IsValidCommand(const char *cmd);
+// The current assignment lists, null-terminated, each a null-terminated list.
+const char *const *const *ListasValidas();
 int OverRide(const char *valor);
 void ListValidCommands();
 int CheckValidCommands(int verbose);
@@ -146,6 +161,7 @@ const char *CadenaEquivalente(char c);
 const char *SetPrompt(const char *formato);
 void SetPromptSpec(const char *formato);
 void PrintPrompt();
+const char *TextoPrompt();  // what PrintPrompt prints
 void PrintPromptSpec();
 const char *UserName();
 const char *MachineName();

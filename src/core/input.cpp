@@ -94,6 +94,8 @@ bool EntradaSinEspera() {
     return entrada.regular || entrada.finalizada;
 }
 
+void MarcarFinEntrada() { entrada.finalizada = true; }
+
 void SincronizarEntrada() {
     int error = errno;
     fflush(stdout);

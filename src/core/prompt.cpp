@@ -138,6 +138,11 @@ const char *SetPrompt(const char *formato) {
 
 void SetPromptSpec(const char *formato) { Copiar(promptspec, sizeof promptspec, formato); }
 
+const char *TextoPrompt() {
+    const char *p = SetPrompt(promptspec);
+    return p != nullptr ? p : "";
+}
+
 void PrintPrompt() {
     const char *p = SetPrompt(promptspec);
     if (p != nullptr) printf("%s", p);
