@@ -45,9 +45,10 @@ void MarcarFinEntrada();
 
 // Line editing at a terminal (terminal.cpp). EdicionDeLinea tells whether
 // the next line is read through the line editor: standard input and output
-// are a terminal, the shell was built with editline and input has not ended.
-// LeerLineaEditada then prints the prompt and reads the line with editing,
-// recall of the history and completion; it returns as LeerLinea does.
+// are a terminal, the shell was built with editline, the library could be
+// loaded and input has not ended. LeerLineaEditada then prints the prompt and
+// reads the line with editing, recall of the history and completion; it
+// returns as LeerLinea does. EditorDisponible loads the library if it can.
 bool EditorDisponible();
 bool EdicionDeLinea();
 char *LeerLineaEditada(char *linea, int tam);

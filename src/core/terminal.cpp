@@ -17,29 +17,72 @@
 
 #ifdef LABSH_EDITLINE
 
-#include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <clocale>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <cwchar>
-#include <dirent.h>
-#include <histedit.h>
+#include <algorithm>
 #include <iterator>
 #include <memory>
 #include <string>
+#include <vector>
+#include <dirent.h>
+#include <dlfcn.h>
+#include <histedit.h>
 #include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
-#include <vector>
 
 namespace {
 
+// ------------------------------------------------------------ the library
+
+// The shell is not linked with editline: it is loaded the first time a line
+// is read at a terminal, so that a script or a pipe starts without it and
+// the terminal libraries it needs. If it cannot be loaded, lines are read
+// as without it.
+struct FuncionesEditline {
+    EditLine *(*init)(const char *, FILE *, FILE *, FILE *);
+    int (*set)(EditLine *, int, ...);
+    const char *(*gets)(EditLine *, int *);
+    const LineInfo *(*line)(EditLine *);
+    int (*insertstr)(EditLine *, const char *);
+    void (*reset)(EditLine *);
+    void (*resize)(EditLine *);
+    int (*source)(EditLine *, const char *);
+};
+FuncionesEditline lib;
+
+template <typename Funcion> bool Resolver(void *biblioteca, const char *nombre, Funcion &f) {
+    f = reinterpret_cast<Funcion>(dlsym(biblioteca, nombre));
+    return f != nullptr;
+}
+
+bool Cargar() {
+    enum class Carga { Pendiente, Hecha, Imposible };
+    static Carga carga = Carga::Pendiente;
+    if (carga != Carga::Pendiente) return carga == Carga::Hecha;
+    void *b = dlopen(LABSH_EDITLINE_BIBLIOTECA, RTLD_NOW | RTLD_LOCAL);
+    bool completa = b != nullptr && Resolver(b, "el_init", lib.init) && Resolver(b, "el_set", lib.set) &&
+                    Resolver(b, "el_gets", lib.gets) && Resolver(b, "el_line", lib.line) &&
+                    Resolver(b, "el_insertstr", lib.insertstr) && Resolver(b, "el_reset", lib.reset) &&
+                    Resolver(b, "el_resize", lib.resize) && Resolver(b, "el_source", lib.source);
+    if (b != nullptr && !completa) dlclose(b);
+    carga = completa ? Carga::Hecha : Carga::Imposible;
+    return completa;
+}
+
+// ------------------------------------------------------------------ state
+
 EditLine *editor = nullptr;
-bool editorFallido = false;  // el_init failed: lines are read without editing
+bool editorFallido = false;  // no editor to be had: lines are read without editing
 
 char prompt[1024];  // expansion of the prompt for the line being read
+
 std::string resto;  // what is left of an edited line longer than a line buffer
 
 bool enLectura = false;  // between Empezar and Acabar
@@ -148,7 +191,7 @@ void Acabar() {
 // it takes the cursor to be: the start of the prompt. The cursor is taken
 // there from the place it had in the old width, and the old drawing erased.
 void RedibujarConOtroAncho(EditLine *el) {
-    const LineInfo *li = el_line(el);
+    const LineInfo *li = lib.line(el);
     std::string antes = std::string(prompt) + std::string(li->buffer, li->cursor);
     int fila = 0, col = 0;
     for (char c : antes) {
@@ -164,11 +207,11 @@ void RedibujarConOtroAncho(EditLine *el) {
         }
     }
     printf("\r");
-    for (int i = 0; i < fila; i++) el_set(el, EL_ECHOTC, "-s", "up", nullptr);
-    el_set(el, EL_ECHOTC, "-s", "cd", nullptr);
+    for (int i = 0; i < fila; i++) lib.set(el, EL_ECHOTC, "-s", "up", nullptr);
+    lib.set(el, EL_ECHOTC, "-s", "cd", nullptr);
     columnas = Columnas();
-    el_resize(el);
-    el_set(el, EL_REFRESH);
+    lib.resize(el);
+    lib.set(el, EL_REFRESH);
 }
 
 // One byte from the terminal: 1, 0 at the end of input, -1 on a failed read.
@@ -179,7 +222,7 @@ int LeerByte(EditLine *el, char *b) {
         if (continuar) {
             continuar = 0;
             if (conModoEdicion) tcsetattr(STDIN_FILENO, TCSADRAIN, &modoEdicion);
-            el_set(el, EL_REFRESH);
+            lib.set(el, EL_REFRESH);
         }
         if (redimensionar) {
             redimensionar = 0;
@@ -325,7 +368,7 @@ void Listar(const std::vector<Candidato> &v) {
 // agree; a second Tab that adds nothing lists them.
 unsigned char Completar(EditLine *el, int) {
     static std::string anterior;  // line and cursor after a Tab that left a choice
-    const LineInfo *li = el_line(el);
+    const LineInfo *li = lib.line(el);
     const char *inicio = li->cursor;
     while (inicio > li->buffer && !EsSeparador(inicio[-1])) inicio--;
     const std::string palabra(inicio, li->cursor);
@@ -342,9 +385,9 @@ unsigned char Completar(EditLine *el, int) {
     for (const Candidato &c : v) comun.resize(std::mismatch(comun.begin(), comun.end(), c.palabra.begin(), c.palabra.end()).first - comun.begin());
     std::string anadir = comun.substr(palabra.size());
     if (v.size() == 1 && comun.back() != '/') anadir += ' ';
-    if (!anadir.empty()) el_insertstr(el, anadir.c_str());
+    if (!anadir.empty()) lib.insertstr(el, anadir.c_str());
     if (v.size() == 1) return CC_REFRESH;
-    li = el_line(el);
+    li = lib.line(el);
     std::string estado = std::string(li->buffer, li->lastchar) + '\n' + std::to_string(li->cursor - li->buffer);
     bool segundo = anadir.empty() && estado == anterior;
     anterior = estado;
@@ -357,27 +400,31 @@ unsigned char Completar(EditLine *el, int) {
 // ----------------------------------------------------------------- set-up
 
 void Configurar(EditLine *el) {
-    el_set(el, EL_PROMPT, PromptEdicion);
-    el_set(el, EL_EDITOR, "emacs");
+    lib.set(el, EL_PROMPT, PromptEdicion);
+    lib.set(el, EL_EDITOR, "emacs");
     static int referencia;  // the editor wants one; the history is the shell's
-    el_set(el, EL_HIST, Historia, &referencia);
-    el_set(el, EL_GETCFN, LeerCaracter);
-    el_set(el, EL_ADDFN, "labsh-complete", "Completa ordenes y nombres de fichero", Completar);
-    el_set(el, EL_BIND, "^I", "labsh-complete", nullptr);
-    el_set(el, EL_BIND, "^R", "em-inc-search-prev", nullptr);
-    el_set(el, EL_BIND, "^W", "ed-delete-prev-word", nullptr);
-    el_set(el, EL_BIND, "\\e[1~", "ed-move-to-beg", nullptr);
-    el_set(el, EL_BIND, "\\e[4~", "ed-move-to-end", nullptr);
-    el_source(el, nullptr);  // ~/.editrc, or $EDITRC, as editline reads it
+    lib.set(el, EL_HIST, Historia, &referencia);
+    lib.set(el, EL_GETCFN, LeerCaracter);
+    lib.set(el, EL_ADDFN, "labsh-complete", "Completa ordenes y nombres de fichero", Completar);
+    lib.set(el, EL_BIND, "^I", "labsh-complete", nullptr);
+    lib.set(el, EL_BIND, "^R", "em-inc-search-prev", nullptr);
+    lib.set(el, EL_BIND, "^W", "ed-delete-prev-word", nullptr);
+    lib.set(el, EL_BIND, "\\e[1~", "ed-move-to-beg", nullptr);
+    lib.set(el, EL_BIND, "\\e[4~", "ed-move-to-end", nullptr);
+    lib.source(el, nullptr);  // ~/.editrc, or $EDITRC, as editline reads it
 }
 
 bool Iniciar() {
     if (editor != nullptr) return true;
     if (editorFallido) return false;
+    if (!Cargar()) {
+        editorFallido = true;
+        return false;
+    }
     struct termios antes;
     bool conModo = tcgetattr(STDIN_FILENO, &antes) == 0;
     setlocale(LC_CTYPE, "");
-    editor = el_init("labsh", stdin, stdout, stderr);
+    editor = lib.init("labsh", stdin, stdout, stderr);
     if (editor != nullptr) Configurar(editor);
     setlocale(LC_CTYPE, "C");
     // Starting, the editor may set what it takes for a normal mode.
@@ -410,7 +457,7 @@ void PrepararPrompt() {
 
 bool LeerConEditor() {
     if (enLectura) {  // a read left by a jump to the restore point
-        el_reset(editor);
+        lib.reset(editor);
         Acabar();
     }
     PrepararPrompt();
@@ -418,7 +465,7 @@ bool LeerConEditor() {
     totalHistoria = HistoricDimension();
     Empezar();
     int n = 0;
-    const char *s = el_gets(editor, &n);
+    const char *s = lib.gets(editor, &n);
     Acabar();
     if (s == nullptr) {
         if (n == 0) MarcarFinEntrada();
@@ -430,7 +477,7 @@ bool LeerConEditor() {
 
 }  // namespace
 
-bool EditorDisponible() { return true; }
+bool EditorDisponible() { return Cargar(); }
 
 bool EdicionDeLinea() {
     if (!resto.empty()) return true;
