@@ -25,11 +25,6 @@
 #include <cstdio>
 #include <cstring>
 #include <cwchar>
-#include <algorithm>
-#include <iterator>
-#include <memory>
-#include <string>
-#include <vector>
 #include <dirent.h>
 #include <dlfcn.h>
 #include <histedit.h>
@@ -83,7 +78,13 @@ bool editorFallido = false;  // no editor to be had: lines are read without edit
 
 char prompt[1024];  // expansion of the prompt for the line being read
 
-std::string resto;  // what is left of an edited line longer than a line buffer
+// What is left of an edited line after the piece handed to the loop: a line
+// longer than the loop's buffer goes to it in pieces, as from a script. This
+// holds sixteen such pieces, far more than anyone types or pastes at a
+// prompt (the terminal driver keeps 4095 characters of a line read without
+// the editor); what an edited line has beyond that is dropped.
+char resto[1 << 16];
+size_t restoInicio = 0, restoFin = 0;  // not yet handed over: resto[restoInicio, restoFin)
 
 bool enLectura = false;  // between Empezar and Acabar
 struct termios modoEncontrado;
@@ -143,11 +144,12 @@ const Vigilada vigiladas[] = {
     {SIGALRM, AlTerminar}, {SIGUSR1, AlTerminar}, {SIGUSR2, AlTerminar},   {SIGTSTP, AlParar},
     {SIGCONT, AlContinuar}, {SIGWINCH, AlRedimensionar},
 };
-struct sigaction anteriores[std::size(vigiladas)];
-bool puestas[std::size(vigiladas)];
+constexpr size_t NVIGILADAS = sizeof vigiladas / sizeof vigiladas[0];
+struct sigaction anteriores[NVIGILADAS];
+bool puestas[NVIGILADAS];
 
 void Vigilar() {
-    for (size_t i = 0; i < std::size(vigiladas); i++) {
+    for (size_t i = 0; i < NVIGILADAS; i++) {
         puestas[i] = false;
         if (sigaction(vigiladas[i].senal, nullptr, &anteriores[i]) == -1) continue;
         if ((anteriores[i].sa_flags & SA_SIGINFO) != 0 || anteriores[i].sa_handler != SIG_DFL) continue;
@@ -160,9 +162,10 @@ void Vigilar() {
 }
 
 void DejarDeVigilar() {
-    for (size_t i = 0; i < std::size(vigiladas); i++)
+    for (size_t i = 0; i < NVIGILADAS; i++) {
         if (puestas[i]) sigaction(vigiladas[i].senal, &anteriores[i], nullptr);
-    std::fill(std::begin(puestas), std::end(puestas), false);
+        puestas[i] = false;
+    }
 }
 
 // The user's character set while the editor works (it decodes what is
@@ -190,22 +193,32 @@ void Acabar() {
 // After a resize the editor draws the prompt and the line again from where
 // it takes the cursor to be: the start of the prompt. The cursor is taken
 // there from the place it had in the old width, and the old drawing erased.
-void RedibujarConOtroAncho(EditLine *el) {
-    const LineInfo *li = lib.line(el);
-    std::string antes = std::string(prompt) + std::string(li->buffer, li->cursor);
+struct Posicion {
     int fila = 0, col = 0;
-    for (char c : antes) {
+};
+
+void Avanzar(Posicion &p, const char *desde, const char *hasta) {
+    for (; desde < hasta; desde++) {
+        const char c = *desde;
         if (c == '\n') {
-            fila++;
-            col = 0;
+            p.fila++;
+            p.col = 0;
         } else if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) {  // not inside a character
-            col = c == '\t' ? (col / 8 + 1) * 8 : col + 1;
-            if (col >= columnas) {
-                fila++;
-                col = c == '\t' ? 0 : col - columnas;
+            p.col = c == '\t' ? (p.col / 8 + 1) * 8 : p.col + 1;
+            if (p.col >= columnas) {
+                p.fila++;
+                p.col = c == '\t' ? 0 : p.col - columnas;
             }
         }
     }
+}
+
+void RedibujarConOtroAncho(EditLine *el) {
+    const LineInfo *li = lib.line(el);
+    Posicion cursor;
+    Avanzar(cursor, prompt, prompt + strlen(prompt));
+    Avanzar(cursor, li->buffer, li->cursor);
+    const int fila = cursor.fila;
     printf("\r");
     for (int i = 0; i < fila; i++) lib.set(el, EL_ECHOTC, "-s", "up", nullptr);
     lib.set(el, EL_ECHOTC, "-s", "cd", nullptr);
@@ -291,12 +304,56 @@ int Historia(void *, HistEvent *ev, int op, ...) {
 
 // ------------------------------------------------------------ completion
 
-struct Candidato {
-    std::string palabra;  // what goes into the line
-    std::string mostrado; // what a listing shows
-};
-
 bool EsSeparador(char c) { return c == ' ' || c == '\t' || c == '\n'; }
+
+// The candidates of one Tab, found one at a time: all of them are counted
+// and agreed on (the longest start they share), and the first in order are
+// kept for a listing. A directory may hold more names than are kept; a
+// listing of those shows the first ones and a last line "...".
+constexpr size_t MAXCANDIDATOS = 1024;
+constexpr size_t LARGONOMBRE = 255 + 2;  // a file name (NAME_MAX where the shell runs), '/' and '\0'
+
+struct Candidatos {
+    char nombres[MAXCANDIDATOS][LARGONOMBRE];  // as a listing shows them: no directory
+    unsigned short orden[MAXCANDIDATOS];       // the kept ones in order, as indices into nombres
+    size_t guardados;
+    size_t total;                              // distinct names found, kept or not
+    char comun[LARGONOMBRE];                   // the start all of them share
+};
+Candidatos candidatos;
+
+void Anadir(const char *nombre, const char *fin) {
+    Candidatos &c = candidatos;
+    char n[LARGONOMBRE];
+    if (static_cast<size_t>(snprintf(n, sizeof n, "%s%s", nombre, fin)) >= sizeof n) return;  // no such name
+    size_t desde = 0, hasta = c.guardados;
+    while (desde < hasta) {
+        const size_t medio = (desde + hasta) / 2;
+        const int r = strcmp(c.nombres[c.orden[medio]], n);
+        if (r == 0) return;  // a name in two lists, or a command that is also an alias
+        if (r < 0)
+            desde = medio + 1;
+        else
+            hasta = medio;
+    }
+    if (c.total++ == 0) {
+        memcpy(c.comun, n, sizeof n);
+    } else {
+        size_t i = 0;
+        while (c.comun[i] != '\0' && c.comun[i] == n[i]) i++;
+        c.comun[i] = '\0';
+    }
+    size_t sitio;
+    if (c.guardados < MAXCANDIDATOS)
+        sitio = c.guardados++;
+    else if (desde < MAXCANDIDATOS)
+        sitio = c.orden[MAXCANDIDATOS - 1];  // the last one in order makes room
+    else
+        return;
+    memmove(&c.orden[desde + 1], &c.orden[desde], (c.guardados - 1 - desde) * sizeof c.orden[0]);
+    c.orden[desde] = static_cast<unsigned short>(sitio);
+    memcpy(c.nombres[sitio], n, sizeof n);
+}
 
 // A first word the dispatcher would run as an internal command right now.
 bool EsInterna(const char *palabra) {
@@ -308,92 +365,114 @@ bool EsInterna(const char *palabra) {
     return false;
 }
 
-void Ordenes(const std::string &prefijo, std::vector<Candidato> &v) {
-    auto probar = [&](const char *w) {
-        if (strncmp(w, prefijo.c_str(), prefijo.size()) == 0 && EsInterna(w)) v.push_back({w, w});
-    };
+void ProbarOrden(const char *w, const char *prefijo, size_t largo) {
+    if (strncmp(w, prefijo, largo) == 0 && EsInterna(w)) Anadir(w, "");
+}
+
+void Ordenes(const char *prefijo, size_t largo) {
     if (OverRide(nullptr)) {
-        for (const EntradaComando *c = TablaComandos(); c->nombre != nullptr; c++) probar(c->nombre);
-        for (const EntradaAlias *a = TablaAlias(); a->comando != nullptr; a++) probar(a->alias);
+        for (const EntradaComando *c = TablaComandos(); c->nombre != nullptr; c++) ProbarOrden(c->nombre, prefijo, largo);
+        for (const EntradaAlias *a = TablaAlias(); a->comando != nullptr; a++) ProbarOrden(a->alias, prefijo, largo);
         return;
     }
     for (const char *const *const *l = ListasValidas(); *l != nullptr; l++)
-        for (const char *const *w = *l; *w != nullptr; w++) probar(*w);
+        for (const char *const *w = *l; *w != nullptr; w++) ProbarOrden(*w, prefijo, largo);
 }
 
-struct CerrarDir {
-    void operator()(DIR *d) const { closedir(d); }
+struct Directorio {
+    DIR *d;
+    ~Directorio() {
+        if (d != nullptr) closedir(d);
+    }
 };
 
-void Ficheros(const std::string &palabra, std::vector<Candidato> &v) {
-    size_t barra = palabra.rfind('/');
-    std::string dir = barra == std::string::npos ? "" : palabra.substr(0, barra + 1);
-    std::string base = palabra.substr(dir.size());
-    std::unique_ptr<DIR, CerrarDir> d(opendir(dir.empty() ? "." : dir.c_str()));
-    if (d == nullptr) return;
-    while (const dirent *e = readdir(d.get())) {
+// The names in the word's directory that start as the word's last part;
+// returns how long that part is.
+size_t Ficheros(const char *palabra, size_t largo) {
+    size_t largoDir = largo;
+    while (largoDir > 0 && palabra[largoDir - 1] != '/') largoDir--;
+    char dir[PATH_MAX];
+    if (largoDir >= sizeof dir) return largo - largoDir;
+    memcpy(dir, palabra, largoDir);
+    dir[largoDir] = '\0';
+    const char *base = palabra + largoDir;
+    const size_t largoBase = largo - largoDir;
+    Directorio d{opendir(largoDir == 0 ? "." : dir)};
+    if (d.d == nullptr) return largoBase;
+    while (const dirent *e = readdir(d.d)) {
         const char *n = e->d_name;
-        if (strncmp(n, base.c_str(), base.size()) != 0) continue;
+        if (strncmp(n, base, largoBase) != 0) continue;
         if (strcmp(n, ".") == 0 || strcmp(n, "..") == 0) continue;
-        if (n[0] == '.' && base.empty()) continue;  // hidden files only when asked for
-        std::string ruta = dir + n;
+        if (n[0] == '.' && largoBase == 0) continue;  // hidden files only when asked for
         struct stat st;
-        const char *fin = stat(ruta.c_str(), &st) == 0 && S_ISDIR(st.st_mode) ? "/" : "";
-        v.push_back({ruta + fin, std::string(n) + fin});
+        Anadir(n, fstatat(dirfd(d.d), n, &st, 0) == 0 && S_ISDIR(st.st_mode) ? "/" : "");
     }
+    return largoBase;
 }
 
-// The candidates in columns, as many as the terminal's width holds.
-void Listar(const std::vector<Candidato> &v) {
+// The candidates kept, in columns, as many as the terminal's width holds.
+void Listar() {
+    const Candidatos &c = candidatos;
     size_t ancho = 0;
-    for (const Candidato &c : v) ancho = std::max(ancho, c.mostrado.size());
-    int columnas = NumberOfColumns();
-    if (columnas <= 0) columnas = 80;
-    size_t porFila = std::max<size_t>(1, (static_cast<size_t>(columnas) + 1) / (ancho + 2));
-    size_t filas = (v.size() + porFila - 1) / porFila;
+    for (size_t i = 0; i < c.guardados; i++) {
+        const size_t l = strlen(c.nombres[i]);
+        if (l > ancho) ancho = l;
+    }
+    size_t porFila = (static_cast<size_t>(Columnas()) + 1) / (ancho + 2);
+    if (porFila == 0) porFila = 1;
+    const size_t filas = (c.guardados + porFila - 1) / porFila;
     printf("\n");
     for (size_t f = 0; f < filas; f++) {
-        for (size_t i = f; i < v.size(); i += filas) {
-            if (i + filas < v.size())
-                printf("%-*s", static_cast<int>(ancho + 2), v[i].mostrado.c_str());
+        for (size_t i = f; i < c.guardados; i += filas) {
+            if (i + filas < c.guardados)
+                printf("%-*s", static_cast<int>(ancho + 2), c.nombres[c.orden[i]]);
             else
-                printf("%s", v[i].mostrado.c_str());
+                printf("%s", c.nombres[c.orden[i]]);
         }
         printf("\n");
     }
+    if (c.total > c.guardados) printf("...\n");
+}
+
+// The line and the cursor, in one number: a second Tab is told from a first
+// by it (two different lines taken for the same only make a listing).
+uint64_t Huella(const LineInfo *li) {
+    uint64_t h = 14695981039346656037ull;
+    for (const char *p = li->buffer; p < li->lastchar; p++) h = (h ^ static_cast<unsigned char>(*p)) * 1099511628211ull;
+    return (h ^ static_cast<uint64_t>(li->cursor - li->buffer)) * 1099511628211ull;
 }
 
 // Tab: the first word from the commands, later words from file names. One
 // candidate is completed with a blank after it; several, as far as they
 // agree; a second Tab that adds nothing lists them.
 unsigned char Completar(EditLine *el, int) {
-    static std::string anterior;  // line and cursor after a Tab that left a choice
+    static uint64_t anterior = 0;  // the line after a Tab that left a choice
     const LineInfo *li = lib.line(el);
     const char *inicio = li->cursor;
     while (inicio > li->buffer && !EsSeparador(inicio[-1])) inicio--;
-    const std::string palabra(inicio, li->cursor);
-    std::vector<Candidato> v;
-    if (std::all_of(li->buffer, inicio, EsSeparador))
-        Ordenes(palabra, v);
+    const size_t largo = static_cast<size_t>(li->cursor - inicio);
+    bool primera = true;
+    for (const char *p = li->buffer; p < inicio; p++) primera = primera && EsSeparador(*p);
+    candidatos.guardados = candidatos.total = 0;
+    size_t escrito = largo;  // how much of the candidates' names the word already has
+    if (primera)
+        Ordenes(inicio, largo);
     else
-        Ficheros(palabra, v);
-    if (v.empty()) return CC_ERROR;
-    std::sort(v.begin(), v.end(), [](const Candidato &a, const Candidato &b) { return a.palabra < b.palabra; });
-    v.erase(std::unique(v.begin(), v.end(), [](const Candidato &a, const Candidato &b) { return a.palabra == b.palabra; }),
-            v.end());
-    std::string comun = v.front().palabra;
-    for (const Candidato &c : v) comun.resize(std::mismatch(comun.begin(), comun.end(), c.palabra.begin(), c.palabra.end()).first - comun.begin());
-    std::string anadir = comun.substr(palabra.size());
-    if (v.size() == 1 && comun.back() != '/') anadir += ' ';
-    if (!anadir.empty()) lib.insertstr(el, anadir.c_str());
-    if (v.size() == 1) return CC_REFRESH;
-    li = lib.line(el);
-    std::string estado = std::string(li->buffer, li->lastchar) + '\n' + std::to_string(li->cursor - li->buffer);
-    bool segundo = anadir.empty() && estado == anterior;
-    anterior = estado;
-    if (!anadir.empty()) return CC_REFRESH;
+        escrito = Ficheros(inicio, largo);
+    const Candidatos &c = candidatos;
+    if (c.total == 0) return CC_ERROR;
+    char anadir[LARGONOMBRE + 1];
+    const size_t largoComun = strlen(c.comun);
+    const bool espacio = c.total == 1 && largoComun > 0 && c.comun[largoComun - 1] != '/';
+    snprintf(anadir, sizeof anadir, "%s%s", c.comun + (escrito < largoComun ? escrito : largoComun), espacio ? " " : "");
+    if (anadir[0] != '\0') lib.insertstr(el, anadir);
+    if (c.total == 1) return CC_REFRESH;
+    const uint64_t huella = Huella(lib.line(el));
+    const bool segundo = anadir[0] == '\0' && huella == anterior;
+    anterior = huella;
+    if (anadir[0] != '\0') return CC_REFRESH;
     if (!segundo) return CC_ERROR;
-    Listar(v);
+    Listar();
     return CC_REDISPLAY;
 }
 
@@ -471,8 +550,12 @@ bool LeerConEditor() {
         if (n == 0) MarcarFinEntrada();
         return false;
     }
-    resto.assign(s);
-    return !resto.empty();
+    // What does not fit is dropped (see resto).
+    size_t largo = strnlen(s, sizeof resto);
+    memcpy(resto, s, largo);
+    restoInicio = 0;
+    restoFin = largo;
+    return largo > 0;
 }
 
 }  // namespace
@@ -480,24 +563,27 @@ bool LeerConEditor() {
 bool EditorDisponible() { return Cargar(); }
 
 bool EdicionDeLinea() {
-    if (!resto.empty()) return true;
+    if (restoInicio < restoFin) return true;
     if (editorFallido || EntradaSinEspera()) return false;
     return isatty(STDIN_FILENO) && isatty(STDOUT_FILENO) && Iniciar();
 }
 
 char *LeerLineaEditada(char *linea, int tam) {
     if (tam <= 1) return nullptr;
-    if (!resto.empty())
+    if (restoInicio < restoFin)
         PrintPrompt();  // each piece of a long line is read after a prompt of its own
     else if (!LeerConEditor())
         return nullptr;
     // As LeerLinea: through the first newline, at most tam-1 characters.
     const size_t maximo = static_cast<size_t>(tam) - 1;
-    size_t largo = std::min(resto.find('\n'), resto.size() - 1) + 1;
-    largo = std::min(largo, maximo);
-    memcpy(linea, resto.data(), largo);
+    const char *p = resto + restoInicio;
+    const size_t quedan = restoFin - restoInicio;
+    const void *nl = memchr(p, '\n', quedan);
+    size_t largo = nl != nullptr ? static_cast<size_t>(static_cast<const char *>(nl) - p) + 1 : quedan;
+    if (largo > maximo) largo = maximo;
+    memcpy(linea, p, largo);
     linea[largo] = '\0';
-    resto.erase(0, largo);
+    restoInicio += largo;
     return linea;
 }
 
