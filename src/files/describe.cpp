@@ -130,15 +130,17 @@ const char *Fecha2(time_t t) {
     return buf;
 }
 
+// Three numbers of at most 11 characters each and two separators fit: the
+// buffers stay small, beside the other date buffers that start-up touches.
 const char *ConvertirDia(time_t t) {
-    static char buf[1024];
+    static char buf[48];
     struct tm f = Local(t);
     snprintf(buf, sizeof buf, "%02d/%02d/%04d", f.tm_mday, f.tm_mon + 1, f.tm_year + 1900);
     return buf;
 }
 
 const char *ConvertirHora(time_t t) {
-    static char buf[1024];
+    static char buf[48];
     struct tm f = Local(t);
     snprintf(buf, sizeof buf, "%02d:%02d:%02d", f.tm_hour, f.tm_min, f.tm_sec);
     return buf;
