@@ -2,7 +2,12 @@
 # exception support, no static-object guards, no out-of-line function of the
 # standard library. Then none of it is loaded or initialised when the shell
 # starts.
-#   cmake -DNM=<nm> -DLABSH=<shell> -P runtime.cmake
+#   cmake -DNM=<nm> -DLABSH=<shell> [-DCONFIG=<build type>] -P runtime.cmake
+# Only optimised builds are held to this (see the message).
+if(CONFIG STREQUAL "Debug")
+  message("skipped: a Debug build calls the C++ runtime from the standard library's inline functions")
+  return()
+endif()
 if(NOT NM)
   message("skipped: no nm to read the symbols of ${LABSH}")
   return()
