@@ -7,8 +7,6 @@
 #include <cstring>
 #include <grp.h>
 #include <pwd.h>
-#include <string>
-#include <unordered_map>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -50,35 +48,68 @@ const char *Permisos(mode_t m) {
 namespace {
 
 // Names already looked up during the current listing: the user and group
-// databases are read once per id instead of once per entry.
+// databases are read once per id instead of once per entry. A listing meets
+// few owners; when more turn up, the oldest entry gives way, and a name too
+// long for an entry is looked up every time. Either way the name is the same.
+struct NombreRecordado {
+    unsigned id;
+    bool usado;
+    char nombre[64];
+};
+constexpr int RECORDADOS = 16;
+
+struct Recuerdo {
+    NombreRecordado n[RECORDADOS];
+    int siguiente;  // the entry the next new id takes
+};
+
 bool recordando = false;
-std::unordered_map<uid_t, std::string> usuarios;
-std::unordered_map<gid_t, std::string> grupos;
+Recuerdo usuarios;
+Recuerdo grupos;
+
+const char *Recordado(const Recuerdo &r, unsigned id) {
+    for (const NombreRecordado &e : r.n)
+        if (e.usado && e.id == id) return e.nombre;
+    return nullptr;
+}
+
+const char *Recordar(Recuerdo &r, unsigned id, const char *nombre) {
+    if (strlen(nombre) >= sizeof r.n[0].nombre) return nombre;
+    NombreRecordado &e = r.n[r.siguiente];
+    r.siguiente = (r.siguiente + 1) % RECORDADOS;
+    e.id = id;
+    e.usado = true;
+    strcpy(e.nombre, nombre);
+    return e.nombre;
+}
+
+void Olvidar(Recuerdo &r) {
+    for (NombreRecordado &e : r.n) e.usado = false;
+    r.siguiente = 0;
+}
 
 }  // namespace
 
 void RecordarNombres(bool activa) {
     recordando = activa;
-    usuarios.clear();
-    grupos.clear();
+    Olvidar(usuarios);
+    Olvidar(grupos);
 }
 
 const char *NombreUsuario(uid_t uid) {
     if (recordando)
-        if (auto it = usuarios.find(uid); it != usuarios.end()) return it->second.c_str();
+        if (const char *n = Recordado(usuarios, uid)) return n;
     struct passwd *p = getpwuid(uid);
     const char *nombre = p == nullptr ? " ??????" : p->pw_name;
-    if (!recordando) return nombre;
-    return usuarios.emplace(uid, nombre).first->second.c_str();
+    return recordando ? Recordar(usuarios, uid, nombre) : nombre;
 }
 
 const char *NombreGrupo(gid_t gid) {
     if (recordando)
-        if (auto it = grupos.find(gid); it != grupos.end()) return it->second.c_str();
+        if (const char *n = Recordado(grupos, gid)) return n;
     struct group *g = getgrgid(gid);
     const char *nombre = g == nullptr ? "??????" : g->gr_name;
-    if (!recordando) return nombre;
-    return grupos.emplace(gid, nombre).first->second.c_str();
+    return recordando ? Recordar(grupos, gid, nombre) : nombre;
 }
 
 namespace {
@@ -99,15 +130,17 @@ const char *Fecha2(time_t t) {
     return buf;
 }
 
+// Three numbers of at most 11 characters each and two separators fit: the
+// buffers stay small, beside the other date buffers that start-up touches.
 const char *ConvertirDia(time_t t) {
-    static char buf[1024];
+    static char buf[48];
     struct tm f = Local(t);
     snprintf(buf, sizeof buf, "%02d/%02d/%04d", f.tm_mday, f.tm_mon + 1, f.tm_year + 1900);
     return buf;
 }
 
 const char *ConvertirHora(time_t t) {
-    static char buf[1024];
+    static char buf[48];
     struct tm f = Local(t);
     snprintf(buf, sizeof buf, "%02d:%02d:%02d", f.tm_hour, f.tm_min, f.tm_sec);
     return buf;

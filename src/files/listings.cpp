@@ -2,12 +2,12 @@
 // line or taken from the persistent parameters of `dir`.
 #include "files/files.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <dirent.h>
 #include <memory>
-#include <string>
 #include <string_view>
 #include <sys/stat.h>
 
@@ -32,13 +32,25 @@ using Directorio = std::unique_ptr<DIR, CerrarDir>;
 // are gathered and written in large pieces, and user and group names are
 // looked up once per id; nothing else writes meanwhile, so the output is the
 // same, in the same order, as line by line.
-std::string tanda;
+char tanda[65536];
+size_t enTanda = 0;
 int agrupando = 0;
 
 void Escribir() {
-    if (tanda.empty()) return;
-    fwrite(tanda.data(), 1, tanda.size(), stdout);
-    tanda.clear();
+    if (enTanda == 0) return;
+    fwrite(tanda, 1, enTanda, stdout);
+    enTanda = 0;
+}
+
+void Anadir(const char *s) {
+    for (size_t n = strlen(s); n > 0;) {
+        size_t cabe = std::min(n, sizeof tanda - enTanda);
+        memcpy(tanda + enTanda, s, cabe);
+        enTanda += cabe;
+        s += cabe;
+        n -= cabe;
+        if (enTanda == sizeof tanda) Escribir();
+    }
 }
 
 void Linea(const char *a, const char *b = "") {
@@ -46,10 +58,9 @@ void Linea(const char *a, const char *b = "") {
         printf("%s%s\n", a, b);
         return;
     }
-    tanda += a;
-    tanda += b;
-    tanda += '\n';
-    if (tanda.size() >= 65536) Escribir();
+    Anadir(a);
+    Anadir(b);
+    Anadir("\n");
 }
 
 struct Agrupar {

@@ -168,7 +168,7 @@ void Do_pmap() {
             const char *argv[4];
             const char *error;
         };
-        static const Intento intentos[] = {
+        const Intento intentos[] = {
             {{"pmap", pid, nullptr, nullptr}, "cannot execute pmap (linux, solaris)"},
             {{"procstat", "vm", pid, nullptr}, "cannot execute procstat (FreeBSD)"},
             {{"procmap", pid, nullptr, nullptr}, "cannot execute procmap (OpenBSD)"},

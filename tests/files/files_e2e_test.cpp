@@ -1,12 +1,18 @@
 // Descriptors at the end of the 4096-position table and past it: recorded
 // when inherited within it, used but never recorded past it, and no listing
-// runs past the table.
+// runs past the table. Long listings of many owners and much text.
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <fcntl.h>
+#include <grp.h>
+#include <map>
+#include <pwd.h>
+#include <sstream>
 #include <unistd.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include "support/session.h"
 
@@ -58,4 +64,45 @@ TEST(FicherosE2E, InheritedDescriptorsAreRecordedWherePossible) {
     for (int df : {2000, 4095})
         EXPECT_EQ(linea(df), "descriptor: " + std::to_string(df) + ", offset: (0)-> desconocido O_WRONLY O_APPEND ");
     EXPECT_EQ(linea(4100), "");
+}
+
+// More owners than a listing keeps names for, and more text than one piece of
+// output: every line comes out once and whole, with its own owner's names.
+TEST(FicherosE2E, LongListingNamesEveryOwnerAcrossPieces) {
+    if (geteuid() != 0) GTEST_SKIP() << "giving files away needs root";
+    labtest::TempDir dir;
+    const std::string d = dir / "d";
+    ASSERT_EQ(mkdir(d.c_str(), 0755), 0);
+    std::map<std::string, std::string> finales;  // file name -> expected end of its line
+    for (int i = 0; i < 400; i++) {
+        char nombre[256];
+        snprintf(nombre, sizeof nombre, "%03d%0200d", i, 0);
+        const std::string path = d + "/" + nombre;
+        labtest::WriteFile(path, "x");
+        const uid_t id = static_cast<uid_t>(i % 40);
+        ASSERT_EQ(chown(path.c_str(), id, id), 0);
+        ASSERT_EQ(chmod(path.c_str(), 0644), 0);
+        const passwd *p = getpwuid(id);
+        const group *g = getgrgid(id);  // the group column shows the owner's id as a group
+        char fin[600];
+        snprintf(fin, sizeof fin, "%9s%9s -rw-r--r-- %8d %s", p ? p->pw_name : " ??????", g ? g->gr_name : "??????",
+                 1, nombre);
+        finales[nombre] = fin;
+    }
+    labtest::RunResult r = labtest::Run("override on\nlistdir -long d\n", dir.path());
+    EXPECT_TRUE(r.exited() && r.exitCode() == 0) << r.status;
+    EXPECT_EQ(r.err, "");
+    size_t desde = r.out.find("************d\n");
+    ASSERT_NE(desde, std::string::npos);
+    std::istringstream lineas(r.out.substr(desde + 14));
+    std::map<std::string, int> vistos;
+    for (std::string l; std::getline(lineas, l);) {
+        std::string nombre = l.substr(l.rfind(' ') + 1);
+        if (nombre == "." || nombre == ".." || lineas.eof()) continue;  // the last piece is the prompt
+        ASSERT_TRUE(finales.count(nombre)) << l;
+        EXPECT_TRUE(l.ends_with(finales[nombre])) << l;
+        vistos[nombre]++;
+    }
+    EXPECT_EQ(vistos.size(), finales.size());
+    for (const auto &[nombre, veces] : vistos) EXPECT_EQ(veces, 1) << nombre;
 }
