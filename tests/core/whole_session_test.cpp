@@ -83,7 +83,7 @@ TEST(SesionCompleta, LongRunKeepsMemoryFlat) {
         dup2(in, 0);
         dup2(nulo, 1);
         dup2(nulo, 2);
-        close_range(3, ~0U, 0);
+        labtest::CloseFrom(3);
         std::string bin = labtest::LabshBinary();
         execl(bin.c_str(), bin.c_str(), static_cast<char *>(nullptr));
         _exit(127);
