@@ -60,6 +60,7 @@ TEST(SesionCompleta, ExitReleasesEverything) {
 }
 
 TEST(SesionCompleta, LongRunKeepsMemoryFlat) {
+    if (std::string why = labtest::NoProc(); !why.empty()) GTEST_SKIP() << why;
     long lineas = Sanitized() ? 100000 : 1000000;
     if (const char *e = getenv("LABSH_SOAK_LINES")) lineas = atol(e);
     const char *const mezcla[] = {"pid",        "date",         "historic -3", "prompt $%n",     "listopen 3",
