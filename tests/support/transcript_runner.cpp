@@ -19,7 +19,9 @@
 //   --- post-stdout     its expected output
 //   --- requires        words: "unsanitized" (skipped in the sanitizer build,
 //                       for the faults the shell provokes on purpose), "root",
-//                       "nonroot", or "program NAME" (found on PATH)
+//                       "nonroot", or "program NAME" (found on PATH); a case
+//                       skipped is reported and counted, and a file whose
+//                       every case is skipped exits with 77
 //
 // In expected output every line is compared exactly, except:
 //   "~ regex"      the whole line matches the (ECMAScript) regular expression;
@@ -350,6 +352,9 @@ bool RunCase(const Case &c, std::string &report) {
 
 }  // namespace
 
+// Exit status when no case could run here: ctest counts the file as skipped.
+constexpr int SkippedAll = 77;
+
 int main(int argc, char *argv[]) {
     if (argc != 2) {
         fprintf(stderr, "usage: %s file.t\n", argv[0]);
@@ -363,11 +368,12 @@ int main(int argc, char *argv[]) {
         fprintf(stderr, "%s\n", e.what());
         return 2;
     }
-    int failed = 0;
+    int failed = 0, skipped = 0;
     for (const Case &c : cases) {
         std::string report;
         if (std::string why = Unmet(c); !why.empty()) {
             printf("skip %s:%d %s (%s)\n", argv[1], c.line, c.name.c_str(), why.c_str());
+            skipped++;
             continue;
         }
         bool ok;
@@ -383,6 +389,8 @@ int main(int argc, char *argv[]) {
             failed++;
         }
     }
-    printf("%zu cases, %d failed (shell: %s)\n", cases.size(), failed, labtest::LabshBinary().c_str());
-    return failed == 0 ? 0 : 1;
+    printf("%zu cases, %d failed, %d skipped (shell: %s)\n", cases.size(), failed, skipped,
+           labtest::LabshBinary().c_str());
+    if (failed != 0) return 1;
+    return !cases.empty() && static_cast<size_t>(skipped) == cases.size() ? SkippedAll : 0;
 }
