@@ -1,6 +1,7 @@
 // Faults provoked on purpose, the protection that jumps back to the start
 // of the loop, and the busy loops stopped by Ctrl-C.
 #include <cerrno>
+#include <csignal>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -88,7 +89,13 @@ void Cmd_fpe(char *[]) {
     fflush(stdout);  // the shell may end here
     volatile int cero = 0;  // divided at run time, never folded away
     volatile int q = 23 / cero;
-    // Processors that do not trap on integer division by zero get here.
+    // Processors that do not trap on integer division by zero get here. The
+    // signal is raised as a trap would raise it: a blocked or ignored trap
+    // takes the default action, so a second fault still ends the shell.
+    if (EstaEnmascaradaSenal(SIGFPE) || EstaIgnoradaSenal(SIGFPE)) {
+        signal(SIGFPE, SIG_DFL);
+        DesenmascararSenal(SIGFPE);
+    }
     raise(SIGFPE);
     float f = static_cast<float>(q);
     f = std::numeric_limits<float>::infinity();

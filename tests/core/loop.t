@@ -61,8 +61,8 @@ la ejecucion de comandos que no son de las practicas esta deshabilitada
 $
 --- stderr
 ~~~
-Imposible cambiar directorio: No such file or directory
-Imposible cambiar directorio root: No such file or directory
+Imposible cambiar directorio: {{ENOENT}}
+Imposible cambiar directorio root: {{ENOENT}}
 ~~~
 === started through a name that is no file; blank lines skipped, blanks kept, ten repetitions, the tail of a longer line
 --- argv0
@@ -139,10 +139,10 @@ $
 entrada
 --- stdout
 @startup
-~ [^@]*@[^{]*\{[^}]*\} %\) \.{4095}Comando no almacenado: No space left on device
+~ [^@]*@[^{]*\{[^}]*\} %\) \.{4095}Comando no almacenado: {{ENOSPC}}
 Numero de elementos en el historico: 4095
-.Comando no almacenado: No space left on device
+.Comando no almacenado: {{ENOSPC}}
 Ejecutando hist (4094): historic -0
-.Comando no almacenado: No space left on device
+.Comando no almacenado: {{ENOSPC}}
 .Numero de elementos en el historico: 1
 . (no-eol)

@@ -40,7 +40,7 @@ int Ejecutar(const std::string &dir, int salida) {
         dup2(in, 0);
         dup2(salida, 1);
         dup2(salida, 2);
-        close_range(3, ~0U, 0);
+        labtest::CloseFrom(3);
         std::string bin = labtest::LabshBinary();
         execl(bin.c_str(), bin.c_str(), "-p", static_cast<char *>(nullptr));
         _exit(127);

@@ -32,4 +32,4 @@ a b%c
 ~ (UnknownDir){102}Unkerror al generar el prompt, se mantiene el antiguo
 ~ (UnknownDir){102}Unk/{300}x x
 --- stderr
-Imposible obtener direrctorio actual: No such file or directory
+Imposible obtener direrctorio actual: {{ENOENT}}

@@ -45,7 +45,7 @@ link -s a
 @prompt $la ejecucion de comandos que no son de las practicas esta habilitada
 $       4  2020/01/02-03:04 f
 $       4  f
- ****error al acceder a -long:No such file or directory
+ ****error al acceder a -long:{{ENOENT}}
 ~ \$2019/12/31-23:59   2 \( *\d+\) +\S+ +\S+ -rwsr--r--        4 f
 ~ \d{4}/\d\d/\d\d-\d\d:\d\d   2 \( *\d+\) +\S+ +\S+ d--s--s--t +\d+ d
 ~ \$.*   1 \( *\d+\) +\S+ +\S+ lrwxrwxrwx        1 enlace -> f
@@ -73,13 +73,13 @@ $************largo
 ~  +\d+  0{249}1
 ~~~
 ~ \*{12}largo/0{249}1/0{249}2/0{249}3/0{249}4
-~  \*\*\*\*error al acceder a 0{249}5:File name too long
-$Imposible borrar largo: File name too long
-$$Imposible crear x: File exists$$$Imposible borrar lleno: Directory not empty
-Imposible borrar noexiste: No such file or directory
-$Imposible borrar noexiste: No such file or directory
-$$$$Imposible crear enlace real a otro: File exists
-$Imposible crear enlace simbolico a f: File exists
+~  \*\*\*\*error al acceder a 0{249}5:{{ENAMETOOLONG}}
+$Imposible borrar largo: {{ENAMETOOLONG}}
+$$Imposible crear x: {{EEXIST}}$$$Imposible borrar lleno: {{ENOTEMPTY}}
+Imposible borrar noexiste: {{ENOENT}}
+$Imposible borrar noexiste: {{ENOENT}}
+$$$$Imposible crear enlace real a otro: {{EEXIST}}
+$Imposible crear enlace simbolico a f: {{EEXIST}}
 $uso: symlink f1 f2
 $ (no-eol)
 --- post
@@ -107,7 +107,7 @@ deltree top
 @startup
 @prompt $la ejecucion de comandos que no son de las practicas esta habilitada
 ~ \$\d{4}/\d\d/\d\d-\d\d:\d\d   1 \( *\d+\)   \?\?\?\?\?\?   \?\?\?\?\?\? -rw-------        4 g
-$$Imposible borrar top: Permission denied
+$$Imposible borrar top: {{EACCES}}
 $ (no-eol)
 --- post
 # Entries before cerrado are gone, those after it are left.

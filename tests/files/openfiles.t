@@ -65,26 +65,26 @@ descriptor: 21, offset: (0)-> dupplicado de 4 (datos) O_RDWR O_APPEND
 ~~~
 descriptor: 21, offset: (0)-> dupplicado de 4 (datos) O_RDWR O_APPEND 
 $$hola mundo$$$$$Parametros incorrectos
-$Error intentar escribir 4 bytes en el descriptor 4096: Bad file descriptor
+$Error intentar escribir 4 bytes en el descriptor 4096: {{EBADF}}
 $Parametros incorrectos
-$Error al leer del descriptor 5 a la direccion (nil): Bad address
-$Escritos 0 bytes en el descriptor 3 dsde la direccion (nil)
+$Error al leer del descriptor 5 a la direccion {{null}}: {{EFAULT}}
+$Escritos 0 bytes en el descriptor 3 dsde la direccion {{null}}
 $Leidos 4 bytes del descriptor 5
 ab	c
 $Leidos 6 bytes del descriptor 5
 d
 end
 $Imposible asignar memoria para la lectura
-$Error al intentar leer del descriptor 4096: Bad file descriptor
+$Error al intentar leer del descriptor 4096: {{EBADF}}
 $Descriptor 5 posicionado en 10
 $Descriptor 5 posicionado en 8
 $Descriptor 5 posicionado en 3
-$Error al intentar posicionar el descriptor 5 en el offset  -20: Invalid argument
-~ \$(Descriptor 5 posicionado en|Error al intentar posicionar el descriptor 5 en el offset ) 9223372036854775807(: Invalid argument)?
-$Error al intentar posicionar el descriptor 1 en el offset  0: Illegal seek
+$Error al intentar posicionar el descriptor 5 en el offset  -20: {{EINVAL}}
+~ \$(Descriptor 5 posicionado en|Error al intentar posicionar el descriptor 5 en el offset ) 9223372036854775807(: {{EINVAL}})?
+$Error al intentar posicionar el descriptor 1 en el offset  0: {{ESPIPE}}
 $ (no-eol)
 --- stderr
-Inposible duplicar descriptor: Bad file descriptor
+Inposible duplicar descriptor: {{EBADF}}
 al error (no-eol)
 --- post
 echo $(head -c 11 copia) $(wc -c < copia)

@@ -45,7 +45,7 @@ descriptor: 6, offset: (  )-> no usado
 descriptor: 7, offset: (  )-> no usado (redir)
 descriptor: 8, offset: (  )-> no usado (redir)
 descriptor: 9, offset: (  )-> no usado 
-$Imposible hacer redireccion No such file or directory
+$Imposible hacer redireccion {{ENOENT}}
 $$desde-fichero$$de-vuelta$$$Hay que inicializar redireccion
 $ (no-eol)
 --- post
@@ -56,7 +56,7 @@ antes
 $escrito$$$$entrada estandar en fichero configuracion original (-1) 
 salida estandar en fichero b.txt (7) 
 error estandar en fichero err.txt (8) 
-$$Imposible abrir fichero: No such file or directory
+$$Imposible abrir fichero: {{ENOENT}}
 modo 0755, nada creado
 === a script's own input: readstr and lseek on descriptor 0 and the table's offset start at the next line
 --- stdin

@@ -10,9 +10,9 @@ shared -create abc 10
 @startup
 @prompt la ejecucion de comandos que no son de las practicas esta habilitada
 @prompt $
-Imposible copiar cadena: Argument list too long
+Imposible copiar cadena: {{E2BIG}}
 $
 No se asignan bloques de 0 bytes
 $
-Imposible asignar memoria compartida clave 0: Invalid argument
+Imposible asignar memoria compartida clave 0: {{EINVAL}}
 $

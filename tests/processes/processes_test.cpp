@@ -99,6 +99,7 @@ TEST(ProcessesEnvironment, PutenvMovesEnvironWrongWaysAndUsageLines) {
 }
 
 TEST(ProcessesExec, WordsRedirectionsPrioritiesPipesAndFork) {
+    if (std::string why = labtest::NoProc(); !why.empty()) GTEST_SKIP() << why;
     labtest::TempDir d;
     labtest::WriteFile(d / "in", "entrada\n");
     labtest::WriteFile(d / "out", "0123456789012345678901234567890\n");
@@ -213,6 +214,7 @@ TEST(ProcessesExec, PlainProgramsThatCannotRunReportAndEndWith255) {
 }
 
 TEST(ProcessesJobs, StatesFromSignalsJobFgAndDeljobs) {
+    if (std::string why = labtest::NoProc(); !why.empty()) GTEST_SKIP() << why;
     labtest::TempDir d;
     labtest::WriteFile(d / "tres.sh", "while [ ! -e $1 ]; do sleep 0.05; done\nexit 3\n");  // ends once $1 exists
     struct Reaper {  // jobs have sessions of their own: each is killed by pid if it still runs sleep or sh

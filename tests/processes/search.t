@@ -43,5 +43,5 @@ $
 $
 Argumento incorrecto xyz
 $
-Imposible realizar operacion -add: Bad address
+Imposible realizar operacion -add: {{EFAULT}}
 $

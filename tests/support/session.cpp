@@ -1,5 +1,6 @@
 #include "support/session.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -9,6 +10,8 @@
 #include <poll.h>
 #include <sstream>
 #include <stdexcept>
+#include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -48,7 +51,7 @@ void Check(bool ok, const char *what) {
     sigprocmask(SIG_SETMASK, &none, nullptr);
     // Only the three standard descriptors: whatever the test runner keeps
     // open would show in the shell's open-file table and shift its numbers.
-    if (!o.inheritDescriptors) close_range(3, ~0U, 0);
+    if (!o.inheritDescriptors) CloseFrom(3);
     if (o.wrapper.empty())
         execv(bin.c_str(), argv.data());
     else
@@ -69,6 +72,43 @@ void Append(int &fd, std::string &to) {
 }
 
 }  // namespace
+
+void CloseFrom(int first) {
+    rlimit lim{};
+    long last = 65536;
+    if (getrlimit(RLIMIT_NOFILE, &lim) == 0 && lim.rlim_cur != RLIM_INFINITY) last = static_cast<long>(lim.rlim_cur);
+    last = std::min(last, 1L << 20);
+    // poll tells the open descriptors from the rest a thousand at a time,
+    // where a close of every number would take a call each.
+    constexpr int Tanda = 1024;
+    pollfd fds[Tanda];
+    for (long base = first; base < last; base += Tanda) {
+        int n = static_cast<int>(std::min<long>(Tanda, last - base));
+        for (int i = 0; i < n; i++) fds[i] = {static_cast<int>(base + i), 0, 0};
+        bool known = poll(fds, static_cast<nfds_t>(n), 0) >= 0;
+        for (int i = 0; i < n; i++)
+            if (!known || !(fds[i].revents & POLLNVAL)) close(fds[i].fd);
+    }
+}
+
+std::string SignalName(int sig) {
+    static const std::pair<int, const char *> names[] = {
+        {SIGHUP, "HUP"},   {SIGINT, "INT"},   {SIGQUIT, "QUIT"}, {SIGILL, "ILL"},   {SIGTRAP, "TRAP"},
+        {SIGABRT, "ABRT"}, {SIGBUS, "BUS"},   {SIGFPE, "FPE"},   {SIGKILL, "KILL"}, {SIGUSR1, "USR1"},
+        {SIGSEGV, "SEGV"}, {SIGUSR2, "USR2"}, {SIGPIPE, "PIPE"}, {SIGALRM, "ALRM"}, {SIGTERM, "TERM"},
+        {SIGCHLD, "CHLD"}, {SIGCONT, "CONT"}, {SIGSTOP, "STOP"}, {SIGTSTP, "TSTP"}, {SIGTTIN, "TTIN"},
+        {SIGTTOU, "TTOU"}, {SIGXCPU, "XCPU"}, {SIGXFSZ, "XFSZ"}, {SIGSYS, "SYS"},
+    };
+    for (const auto &[n, name] : names)
+        if (n == sig) return name;
+    return std::to_string(sig);
+}
+
+std::string NoProc() {
+    struct stat st {};
+    if (stat(("/proc/" + std::to_string(getpid()) + "/status").c_str(), &st) == 0) return "";
+    return "no /proc/<pid>/status here (Linux's process file system)";
+}
 
 std::string LabshBinary() {
     const char *e = getenv("LABSH");

@@ -30,6 +30,14 @@ class TempDir {
 };
 
 void RemoveTree(const std::string &path);
+// Closes every descriptor from `first` up; safe in a child between fork and
+// exec.
+void CloseFrom(int first);
+// The signal's name without "SIG" ("SEGV"), or its number when unknown here.
+std::string SignalName(int sig);
+// Why the facts a test reads about another process from /proc cannot be had
+// here, or empty when they can.
+std::string NoProc();
 std::string ReadFile(const std::string &path);
 void WriteFile(const std::string &path, const std::string &content);
 // Runs a command with /bin/sh in a directory; returns its standard output.
