@@ -22,17 +22,19 @@ namespace {
 
 constexpr size_t TAMENTRADA = 1 << 16;  // holds many lines of the longest kind
 
-enum class Modo { Desconocido, Fichero, Secuencial };
+enum class Modo { Desconocido, Fichero, Secuencial };  // Desconocido is zero
 
 struct Entrada {
     char datos[TAMENTRADA];
-    size_t inicio = 0, fin = 0;  // unused bytes: datos[inicio, fin)
-    Modo modo = Modo::Desconocido;
-    bool regular = false;        // a regular file: a read never waits
-    bool finalizada = false;     // sticks, as a stream's end-of-file mark
+    size_t inicio, fin;  // unused bytes: datos[inicio, fin)
+    Modo modo;
+    bool regular;        // a regular file: a read never waits
+    bool finalizada;     // sticks, as a stream's end-of-file mark
 };
 
-Entrada entrada;
+// All zero from the start, with no code run to make it so: the buffer's
+// pages are touched only when input fills them.
+constinit Entrada entrada{};
 
 // What kind of input descriptor 0 is now; asked again after every change.
 void ConocerModo() {
