@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include "core/core.h"
+#include "signals/signals.h"
 
 extern char **environ;
 
@@ -63,7 +64,36 @@ struct AtributosSpawn {
 // not, a failed exec included: the caller then forks a child that tries again
 // and reports the failure itself, with its message and status 255, the same
 // on every C library.
+#if !defined(__APPLE__)
+// A spawn made by the C library resets every signal's action in the child,
+// one call each; vfork makes the lightest child of all. (On Apple's systems
+// the spawn is a single call of the kernel's own and stays.) The child shares the shell's memory until it execs, so
+// it runs none of the shell's code: it is used only while no signal has a
+// handler of the shell's, and the child makes no call but setsid and exec.
+volatile int errorHijo;
+
+bool VforkLigero(char *const tr[], const char *ruta, bool segundoplano, pid_t *pid) {
+    errorHijo = 0;
+    pid_t p = vfork();
+    if (p == 0) {
+        if (!segundoplano || setsid() != -1) execv(ruta, tr);
+        errorHijo = errno != 0 ? errno : -1;
+        _exit(127);
+    }
+    if (p == -1) return false;
+    if (errorHijo != 0) {  // the parent runs on only once the child has exec'd or ended
+        waitpid(p, nullptr, 0);
+        return false;
+    }
+    *pid = p;
+    return true;
+}
+#endif
+
 bool CrearHijoLigero(char *tr[], bool segundoplano, pid_t *pid) {
+#if !defined(__APPLE__)
+    if (!HayManejadoresPropios()) return VforkLigero(tr, Ejecutable(tr[0]), segundoplano, pid);
+#endif
     if (!SpawnInformaDelFallo) return false;
     if (!segundoplano) return posix_spawn(pid, Ejecutable(tr[0]), nullptr, nullptr, tr, environ) == 0;
 #ifdef POSIX_SPAWN_SETSID

@@ -139,7 +139,33 @@ int EstaIgnoradaSenal(int sen) { return AccionActual(sen).sa_handler == SIG_IGN;
 
 int EstaDefectoSenal(int sen) { return AccionActual(sen).sa_handler == SIG_DFL; }
 
+namespace {
+
+// Signals given a handler of the shell's, by number; the last slot stands
+// for every number beyond the others. A handler reset by the system on
+// delivery (SA_RESETHAND) still counts: the record errs on the safe side.
+constexpr int MAXREGISTRO = 65;
+bool conManejador[MAXREGISTRO];
+
+void RegistrarManejador(int sen, void (*manejador)(int)) {
+    if (sen <= 0) return;
+    bool propio = manejador != SIG_DFL && manejador != SIG_IGN;
+    if (sen >= MAXREGISTRO - 1)
+        conManejador[MAXREGISTRO - 1] = conManejador[MAXREGISTRO - 1] || propio;
+    else
+        conManejador[sen] = propio;
+}
+
+}  // namespace
+
+bool HayManejadoresPropios() {
+    for (bool b : conManejador)
+        if (b) return true;
+    return false;
+}
+
 int InstalarManejadorSenal(int sen, void (*manejador)(int), int flags, sigset_t *mascara) {
+    RegistrarManejador(sen, manejador);
     struct sigaction act {};
     act.sa_handler = manejador;
     act.sa_flags = flags;

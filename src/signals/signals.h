@@ -22,6 +22,9 @@ int EstaEnmascaradaSenal(int sen);
 int EstaIgnoradaSenal(int sen);
 int EstaDefectoSenal(int sen);
 int InstalarManejadorSenal(int sen, void (*manejador)(int), int flags, sigset_t *mascara);
+// Whether a signal may have a handler the shell installed (through the
+// operation above): a child that shares the shell's memory must not run one.
+bool HayManejadoresPropios();
 const char *InfoMascara(const sigset_t *s);
 const char *InfoHandlerSenal(int sen);
 const char *InfoManejador(int sen);

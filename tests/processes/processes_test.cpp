@@ -192,14 +192,20 @@ TEST(ProcessesExec, ChildReportsItsOwnFailureWithStandardOutputClosed) {
 }
 
 // Plain program lines (nothing for the child to do before exec) that cannot
-// run: the same message and, for a job, the status 255.
-TEST(ProcessesExec, PlainProgramsThatCannotRunReportAndEndWith255) {
+// run: the same message and, for a job, the status 255; with no handler of
+// the shell's (the lightest child) and with one (a child that must not run it).
+class PlainPrograms : public testing::TestWithParam<const char *> {};
+INSTANTIATE_TEST_SUITE_P(ProcessesExec, PlainPrograms, testing::Values("", "sighandler USR2\n"));
+
+TEST_P(PlainPrograms, ThatCannotRunReportAndEndWith255) {
     labtest::TempDir d;
     labtest::WriteFile(d / "texto", "echo x\n");
     labtest::WriteFile(d / "sin-cabecera", "echo x\n");
     chmod((d / "sin-cabecera").c_str(), 0755);
     labtest::Session s{d.path(), {"-p"}, false};
-    s.send("override on\nfg ./texto\n./sin-cabecera\nback no-existe-labsh uno\nback ./texto dos");
+    s.send(std::string("override on\n") + GetParam() + "fg ./texto\n./sin-cabecera\nback no-existe-labsh uno\n"
+           "back ./texto dos\nfg echo corre");
+    EXPECT_NE(s.readUntil("corre\n").find("corre\n"), std::string::npos);
     std::vector<Job> jobs;
     ASSERT_TRUE(Until([&] {
         s.send("listjobs\nshowenv -x");
