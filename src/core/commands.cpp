@@ -20,7 +20,7 @@ namespace {
 constexpr uint32_t OTROS = 0x1, INFO = 0x2, FICHEROS = 0x4, ENTORNO = 0x8, MEMORIA = 0x10,
                    LISTAMEMORIA = 0x20, PROCESOS = 0x40, SENALES = 0x80, SFMEMORIA = 0x100;
 
-const EntradaComando C[] = {
+constexpr EntradaComando C[] = {
     {"version", Cmd_version, "\tIndica la version del shell", INFO},
     {"exit", Cmd_exit, "\tTermina la ejecucion del shell", OTROS},
     {"date", Cmd_fecha, "[-d|-t]\tMuestra la fecha y/o la hora actual", INFO},
@@ -529,16 +529,41 @@ constexpr IndiceAlias Ordenar(bool porAlias) {
 constexpr IndiceAlias PorAlias = Ordenar(true);
 constexpr IndiceAlias PorComando = Ordenar(false);  // the commands that have an alias
 
-// The first row whose column holds the word, or null.
-const EntradaAlias *Buscar(const IndiceAlias &indice, bool porAlias, std::string_view palabra) {
+// The first row whose column holds the word, or null. The words are compared
+// as C strings: no length is measured on the way.
+const EntradaAlias *Buscar(const IndiceAlias &indice, bool porAlias, const char *palabra) {
+    auto columna = [porAlias](uint8_t fila) { return porAlias ? alias[fila].alias : alias[fila].comando; };
     auto it = std::lower_bound(indice.begin(), indice.end(), palabra,
-                               [porAlias](uint8_t fila, std::string_view p) { return Clave(fila, porAlias) < p; });
-    return it != indice.end() && Clave(*it, porAlias) == palabra ? &alias[*it] : nullptr;
+                               [&](uint8_t fila, const char *p) { return strcmp(columna(fila), p) < 0; });
+    return it != indice.end() && strcmp(columna(*it), palabra) == 0 ? &alias[*it] : nullptr;
 }
+
+// The command table, likewise indexed by name: the row a scan from the top
+// would reach first.
+constexpr size_t FILASCOMANDOS = std::size(C) - 1;
+static_assert(FILASCOMANDOS <= UINT8_MAX);
+
+constexpr std::array<uint8_t, FILASCOMANDOS> OrdenarComandos() {
+    std::array<uint8_t, FILASCOMANDOS> v{};
+    for (size_t i = 0; i < v.size(); i++) {
+        size_t j = i;
+        for (; j > 0 && std::string_view(C[i].nombre) < std::string_view(C[v[j - 1]].nombre); j--) v[j] = v[j - 1];
+        v[j] = static_cast<uint8_t>(i);
+    }
+    return v;
+}
+
+constexpr std::array<uint8_t, FILASCOMANDOS> PorNombre = OrdenarComandos();
 
 }  // namespace
 
 const EntradaComando *TablaComandos() { return C; }
+
+const EntradaComando *BuscarComando(const char *nombre) {
+    auto it = std::lower_bound(PorNombre.begin(), PorNombre.end(), nombre,
+                               [](uint8_t fila, const char *p) { return strcmp(C[fila].nombre, p) < 0; });
+    return it != PorNombre.end() && strcmp(C[*it].nombre, nombre) == 0 ? &C[*it] : nullptr;
+}
 const EntradaAlias *TablaAlias() { return alias; }
 
 const char *RealCommandNoAbrev(const char *cmd) {

@@ -77,6 +77,8 @@ struct EntradaAlias {
 // Row access for the help listings and checks; the terminating row has a
 // null name.
 const EntradaComando *TablaComandos();
+// The row of that name (the first, as a scan from the top finds it), or null.
+const EntradaComando *BuscarComando(const char *nombre);
 const EntradaAlias *TablaAlias();
 
 const char *RealCommand(const char *cmd);

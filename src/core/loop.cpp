@@ -33,16 +33,15 @@ void ProcesarEntrada(char *tr[]) {
         printf("Abreviatura de comando no unica: %s\n", tr[0]);
         return;
     }
-    // Neither the override nor the lists change during the scan: the test
-    // made before each row gives the same answer every time.
-    bool permitido = OverRide(nullptr) || IsValidCommand(tr[0]);
-    for (const EntradaComando *c = TablaComandos(); permitido && c->nombre != nullptr; c++) {
-        if (strcmp(c->nombre, cmd) == 0) {
-            c->funcion(tr + 1);
-            return;
-        }
-    }
-    Cmd_pplano(tr);
+    // Neither the override nor the lists change during the scan of the
+    // table: the test made before each row gives the same answer every time,
+    // and the row a scan would reach is found by its name at once.
+    const EntradaComando *c = nullptr;
+    if (OverRide(nullptr) || IsValidCommand(tr[0])) c = BuscarComando(cmd);
+    if (c != nullptr)
+        c->funcion(tr + 1);
+    else
+        Cmd_pplano(tr);
 }
 
 void RepeatHistoric(int n) {

@@ -21,9 +21,11 @@ struct Liberar {
 };
 using CadenaC = std::unique_ptr<char, Liberar>;
 
-// Copies at most what fits and always terminates.
+// Copies at most what fits and always terminates (tam > 0).
 const char *Copiar(char *destino, size_t tam, const char *origen) {
-    snprintf(destino, tam, "%s", origen);
+    size_t n = strnlen(origen, tam - 1);
+    memcpy(destino, origen, n);
+    destino[n] = '\0';
     return destino;
 }
 
@@ -145,7 +147,7 @@ const char *TextoPrompt() {
 
 void PrintPrompt() {
     const char *p = SetPrompt(promptspec);
-    if (p != nullptr) printf("%s", p);
+    if (p != nullptr) fputs(p, stdout);
 }
 
 void PrintPromptSpec() { printf("%s", promptspec); }

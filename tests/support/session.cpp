@@ -252,20 +252,25 @@ void Session::pump(int timeoutMs) {
     if (fds[1].revents) Append(err_, errbuf_);
 }
 
-std::string Session::readUntil(const std::string &marker, std::chrono::milliseconds timeout) {
+std::string TakeUntil(std::string &buffer, const std::string &marker, std::chrono::milliseconds timeout,
+                      const std::function<bool(int)> &pump, const std::string &what) {
     auto deadline = Clock::now() + timeout;
     while (true) {
-        size_t at = buffer_.find(marker);
+        size_t at = buffer.find(marker);
         if (at != std::string::npos) {
-            std::string r = buffer_.substr(0, at + marker.size());
-            buffer_.erase(0, at + marker.size());
+            std::string r = buffer.substr(0, at + marker.size());
+            buffer.erase(0, at + marker.size());
             return r;
         }
         auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
-        if (left <= 0 || out_ < 0)
-            throw std::runtime_error("no \"" + marker + "\" in the shell's output; it printed:\n" + buffer_);
-        pump(static_cast<int>(std::min<long long>(left, 100)));
+        if (left <= 0 || !pump(static_cast<int>(std::min<long long>(left, 100))))
+            throw std::runtime_error("no \"" + marker + "\" " + what + ":\n" + buffer);
     }
+}
+
+std::string Session::readUntil(const std::string &marker, std::chrono::milliseconds timeout) {
+    return TakeUntil(buffer_, marker, timeout, [this](int ms) { return out_ >= 0 && (pump(ms), true); },
+                     "in the shell's output; it printed");
 }
 
 std::string Session::drain(std::chrono::milliseconds quiet) {

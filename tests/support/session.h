@@ -3,6 +3,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -65,6 +66,13 @@ struct RunResult {
 };
 
 RunResult Run(const std::string &input, const std::string &dir, const RunOptions &options = {});
+
+// Calls pump(ms) until `marker` is in `buffer`, then takes the text up to and
+// including it out of the buffer. Throws std::runtime_error with `what` and
+// the text read after the timeout, or once pump returns false (nothing more
+// can come).
+std::string TakeUntil(std::string &buffer, const std::string &marker, std::chrono::milliseconds timeout,
+                      const std::function<bool(int)> &pump, const std::string &what);
 
 // A shell driven line by line. Its standard output and error go to one pipe
 // unless `merged` is false, in which case error is kept apart.

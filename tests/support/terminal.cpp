@@ -107,18 +107,8 @@ void Terminal::pump(int timeoutMs) {
 }
 
 std::string Terminal::readUntil(const std::string &marker, std::chrono::milliseconds timeout) {
-    auto deadline = Clock::now() + timeout;
-    while (true) {
-        size_t at = buffer_.find(marker);
-        if (at != std::string::npos) {
-            std::string r = buffer_.substr(0, at + marker.size());
-            buffer_.erase(0, at + marker.size());
-            return r;
-        }
-        auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
-        if (left <= 0) throw std::runtime_error("no \"" + marker + "\" on the terminal; it showed:\n" + buffer_);
-        pump(static_cast<int>(std::min<long long>(left, 100)));
-    }
+    return TakeUntil(buffer_, marker, timeout, [this](int ms) { return pump(ms), true; },
+                     "on the terminal; it showed");
 }
 
 std::string Terminal::drain(std::chrono::milliseconds quiet) {
