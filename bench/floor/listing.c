@@ -1,7 +1,8 @@
 /* Floor of a long recursive listing, after the start-up lines and prompt:
- * each directory read once, each entry described from one lstat, owner and
- * group names looked up once per id, subdirectories listed after their
- * parent; output in large pieces. */
+ * each entry described from one lstat, owner and group names looked up once
+ * per id; subdirectories listed after their parent, found by reading the
+ * directory a second time (its entries' recorded types), as the shell's
+ * listing must; output in large pieces. */
 #include <dirent.h>
 #include <grp.h>
 #include <pwd.h>
@@ -45,8 +46,6 @@ static void listar(const char *dir) {
     DIR *d = opendir(dir);
     if (d == NULL) return;
     printf("************%s\n", dir);
-    char **subdirs = NULL;
-    size_t nsub = 0;
     struct dirent *e;
     while ((e = readdir(d)) != NULL) {
         if (e->d_name[0] == '.') continue;
@@ -62,17 +61,23 @@ static void listar(const char *dir) {
                t.tm_hour, t.tm_min, (unsigned long)st.st_nlink, (unsigned long)st.st_ino,
                buscar(usuarios, &nusuarios, st.st_uid, 0), buscar(grupos, &ngrupos, st.st_gid, 1), p,
                (unsigned long)st.st_size, e->d_name);
-        if (S_ISDIR(st.st_mode)) {
-            subdirs = realloc(subdirs, (nsub + 1) * sizeof *subdirs);
-            subdirs[nsub++] = strdup(path);
-        }
     }
     closedir(d);
-    for (size_t i = 0; i < nsub; i++) {
-        listar(subdirs[i]);
-        free(subdirs[i]);
+    if ((d = opendir(dir)) == NULL) return;
+    while ((e = readdir(d)) != NULL) {
+        char path[4096];
+        struct stat st;
+        if (e->d_name[0] == '.') continue;
+        snprintf(path, sizeof path, "%s/%s", dir, e->d_name);
+#ifdef DT_DIR
+        if (e->d_type != DT_UNKNOWN) {
+            if (e->d_type == DT_DIR) listar(path);
+            continue;
+        }
+#endif
+        if (lstat(path, &st) == 0 && S_ISDIR(st.st_mode)) listar(path);
     }
-    free(subdirs);
+    closedir(d);
 }
 
 int main(int argc, char *argv[]) {

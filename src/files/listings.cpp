@@ -163,7 +163,10 @@ int ListarSubdirectorios(const char *dir, int corto, int ocultos, int modo, int 
         char path[1024];
         // A path that does not fit would name another file: skip it.
         if (snprintf(path, sizeof path, "%s/%s", dir, e->d_name) >= static_cast<int>(sizeof path)) continue;
-        if (EsDirectorio(path)) ListarDirectorio(path, corto, ocultos, modo, link, acc);
+        // The directory records each entry's type, as lstat would tell it
+        // (a link is a link); only where it does not is lstat asked.
+        bool directorio = e->d_type == DT_UNKNOWN ? EsDirectorio(path) : e->d_type == DT_DIR;
+        if (directorio) ListarDirectorio(path, corto, ocultos, modo, link, acc);
     }
     return 0;
 }
