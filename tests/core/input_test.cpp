@@ -69,13 +69,6 @@ TEST(Entrada, AFileIsHandedBackAtTheFirstUnusedByteAndItsEndSticks) {
     EXPECT_EQ(Linea(), "<null>");
 }
 
-TEST(Entrada, ALongLineComesOutInPiecesOfTheBufferSize) {
-    EntradaDe e(Fichero(std::string(5000, 'a') + "\nb\n"));
-    EXPECT_EQ(Linea(), std::string(MAXLINEA - 1, 'a'));
-    EXPECT_EQ(Linea(), std::string(5000 - (MAXLINEA - 1), 'a') + "\n");
-    EXPECT_EQ(Linea(), "b\n");
-}
-
 TEST(Entrada, APipeIsNeverReadAheadAndAFailedReadKeepsThePartialLine) {
     int p[2];
     ASSERT_EQ(pipe(p), 0);

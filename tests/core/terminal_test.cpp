@@ -84,22 +84,6 @@ TEST_F(Edicion, TabCompletesWhatWouldRunAsACommandNowAndFileNames) {
     EXPECT_NE(Line(*t, "2").find("Anadida entrada 4"), std::string::npos);
 }
 
-TEST_F(Edicion, AListingOfMoreNamesThanItKeepsShowsTheFirstInOrder) {
-    char nombre[16];
-    for (int i = 1100; i-- > 0;) {
-        snprintf(nombre, sizeof nombre, "n%04d", i);
-        labtest::WriteFile(dir / nombre, "");
-    }
-    auto t = Start();
-    t->type("open n\t\t");
-    std::string listado = t->readUntil("\r\n...\r\n");
-    EXPECT_NE(listado.find("\r\nn0000  n0094  "), std::string::npos) << listado;
-    EXPECT_NE(listado.find("n1023"), std::string::npos);
-    EXPECT_EQ(listado.find("n1024"), std::string::npos);
-    // The line is drawn again as it was: completing the one name left works.
-    EXPECT_NE(Line(*t, "1099\t").find("Anadida entrada 3"), std::string::npos);
-}
-
 TEST_F(Edicion, AnEditedLineLongerThanALineRunsInPiecesAsFromAScript) {
     auto t = Start();
     const std::string as(MAXLINEA - 1 - 5, 'a');

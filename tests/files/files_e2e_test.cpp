@@ -16,11 +16,20 @@
 
 #include "support/session.h"
 
-TEST(FicherosE2E, DescriptorsPastTheTableAreUsedButNotRecorded) {
+namespace {
+
+// Room for descriptors past the shell's 4096-position table.
+bool DescriptorsPastTheTable() {
     rlimit lim{};
     getrlimit(RLIMIT_NOFILE, &lim);
     lim.rlim_cur = std::max(lim.rlim_cur, std::min<rlim_t>(lim.rlim_max, 4200));
-    if (setrlimit(RLIMIT_NOFILE, &lim) == -1 || lim.rlim_cur < 4200) GTEST_SKIP() << "descriptor limit too low";
+    return setrlimit(RLIMIT_NOFILE, &lim) == 0 && lim.rlim_cur >= 4200;
+}
+
+}  // namespace
+
+TEST(FicherosE2E, DescriptorsPastTheTableAreUsedButNotRecorded) {
+    if (!DescriptorsPastTheTable()) GTEST_SKIP() << "descriptor limit too low";
     labtest::TempDir dir;
     std::string script = "override on\n";
     for (int df = 3; df < 4096; df++) script += "dup 1\n";  // fills the table
@@ -40,10 +49,7 @@ TEST(FicherosE2E, DescriptorsPastTheTableAreUsedButNotRecorded) {
 // Descriptors inherited at any position of the table are recorded with their
 // flags at start-up; one past the table is not.
 TEST(FicherosE2E, InheritedDescriptorsAreRecordedWherePossible) {
-    rlimit lim{};
-    getrlimit(RLIMIT_NOFILE, &lim);
-    lim.rlim_cur = std::max(lim.rlim_cur, std::min<rlim_t>(lim.rlim_max, 4200));
-    if (setrlimit(RLIMIT_NOFILE, &lim) == -1 || lim.rlim_cur < 4200) GTEST_SKIP() << "descriptor limit too low";
+    if (!DescriptorsPastTheTable()) GTEST_SKIP() << "descriptor limit too low";
     labtest::TempDir dir;
     int lectura = open("/dev/null", O_RDONLY);
     int escritura = open((dir / "g").c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);

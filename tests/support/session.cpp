@@ -291,15 +291,20 @@ void Session::closeInput() {
 
 void Session::signal(int sig) { kill(pid_, sig); }
 
-int Session::wait(std::chrono::milliseconds timeout) {
+int WaitChild(pid_t pid, bool &finished, int &status, std::chrono::milliseconds timeout,
+              const std::function<void(int)> &pump) {
     auto deadline = Clock::now() + timeout;
-    while (!finished_ && Clock::now() < deadline) {
-        if (waitpid(pid_, &status_, WNOHANG) == pid_)
-            finished_ = true;
+    while (!finished && Clock::now() < deadline) {
+        if (waitpid(pid, &status, WNOHANG) == pid)
+            finished = true;
         else
             pump(10);
     }
-    return finished_ ? status_ : -1;
+    return finished ? status : -1;
+}
+
+int Session::wait(std::chrono::milliseconds timeout) {
+    return WaitChild(pid_, finished_, status_, timeout, [this](int ms) { pump(ms); });
 }
 
 }  // namespace labtest

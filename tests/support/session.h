@@ -71,6 +71,11 @@ RunResult Run(const std::string &input, const std::string &dir, const RunOptions
 // including it out of the buffer. Throws std::runtime_error with `what` and
 // the text read after the timeout, or once pump returns false (nothing more
 // can come).
+// Waits for child `pid` to end, calling pump(ms) meanwhile; keeps its status
+// in `status` and `finished`. Returns the raw wait status, -1 on timeout.
+int WaitChild(pid_t pid, bool &finished, int &status, std::chrono::milliseconds timeout,
+              const std::function<void(int)> &pump);
+
 std::string TakeUntil(std::string &buffer, const std::string &marker, std::chrono::milliseconds timeout,
                       const std::function<bool(int)> &pump, const std::string &what);
 

@@ -139,14 +139,7 @@ struct termios Terminal::mode() const {
 }
 
 int Terminal::wait(std::chrono::milliseconds timeout) {
-    auto deadline = Clock::now() + timeout;
-    while (!finished_ && Clock::now() < deadline) {
-        if (waitpid(pid_, &status_, WNOHANG) == pid_)
-            finished_ = true;
-        else
-            pump(10);
-    }
-    return finished_ ? status_ : -1;
+    return WaitChild(pid_, finished_, status_, timeout, [this](int ms) { pump(ms); });
 }
 
 bool SameMode(const struct termios &a, const struct termios &b) {
