@@ -1,0 +1,344 @@
+#include "compare.h"
+
+#include <algorithm>
+#include <cstring>
+#include <map>
+#include <tuple>
+#include <pwd.h>
+#include <sys/utsname.h>
+#include <unistd.h>
+
+namespace ldiff {
+
+namespace {
+
+// Replaces every `what` in the literal parts of `p` by a slot.
+void MakeSlot(Prompt &p, const std::string &what, char slot) {
+    if (what.empty()) return;
+    Prompt q;
+    q.text.push_back("");
+    for (size_t i = 0; i < p.text.size(); i++) {
+        const std::string &t = p.text[i];
+        size_t at = 0;
+        for (size_t f; (f = t.find(what, at)) != std::string::npos; at = f + what.size()) {
+            q.text.back() += t.substr(at, f - at);
+            q.slots += slot;
+            q.text.push_back("");
+        }
+        q.text.back() += t.substr(at);
+        if (i < p.slots.size()) {
+            q.slots += p.slots[i];
+            q.text.push_back("");
+        }
+    }
+    p = q;
+}
+
+bool SlotChar(char slot, char c) {
+    if (c == '\n') return false;
+    if (slot == 'P') return c >= '0' && c <= '9';
+    if (slot == 'B') return c != '/';
+    return true;
+}
+
+// Matches the prompt's parts from `i` at `at`; the end of the match, or npos.
+size_t MatchFrom(const Prompt &p, size_t i, const std::string &s, size_t at) {
+    const std::string &t = p.text[i];
+    if (s.compare(at, t.size(), t) != 0) return std::string::npos;
+    at += t.size();
+    if (i == p.slots.size()) return at;
+    // Slots take as little as lets the rest match, within one line.
+    char slot = p.slots[i];
+    for (size_t len = slot == 'P' ? 1 : 0;; len++) {
+        if (at + len > s.size()) return std::string::npos;
+        if (len > 0 && !SlotChar(slot, s[at + len - 1])) return std::string::npos;
+        if (size_t e = MatchFrom(p, i + 1, s, at + len); e != std::string::npos) return e;
+    }
+}
+
+// The first match at or after `from`: [begin, end), or begin npos.
+std::pair<size_t, size_t> Find(const Prompt &p, const std::string &s, size_t from) {
+    const std::string &lead = p.text[0];
+    for (size_t at = from; at <= s.size(); at++) {
+        if (!lead.empty()) {
+            at = s.find(lead, at);
+            if (at == std::string::npos) break;
+        }
+        if (size_t e = MatchFrom(p, 0, s, at); e != std::string::npos && e > at) return {at, e};
+    }
+    return {std::string::npos, std::string::npos};
+}
+
+std::string Words(const std::string &line, size_t n) {
+    size_t at = 0;
+    std::string w;
+    for (size_t k = 0; k <= n; k++) {
+        at = line.find_first_not_of(" \t", at);
+        if (at == std::string::npos) return "";
+        size_t e = line.find_first_of(" \t", at);
+        w = line.substr(at, e == std::string::npos ? std::string::npos : e - at);
+        at = e;
+    }
+    return w;
+}
+
+}  // namespace
+
+Prompt LearnPrompt(const RunSpec &shell) {
+    TempDir dir;
+    TempDir scratch;
+    RunSpec s = shell;
+    s.input = scratch / "input";
+    WriteFile(s.input, "\n\n\n");
+    s.timeout = std::min(s.timeout, 5.0);
+    s.settle = 0;
+    RunResult r = Run(s, dir.path());
+    // Three empty lines: the prompt four times at the end, and not a fifth.
+    const std::string &t = r.out;
+    Prompt p;
+    for (size_t k = 1; 4 * k <= t.size(); k++) {
+        std::string x = t.substr(t.size() - k);
+        bool four = true;
+        for (size_t j = 2; j <= 4 && four; j++) four = t.compare(t.size() - j * k, k, x) == 0;
+        if (!four) continue;
+        if (5 * k <= t.size() && t.compare(t.size() - 5 * k, k, x) == 0) continue;
+        p.text.push_back(x);
+        break;
+    }
+    if (p.text.empty()) return p;
+    MakeSlot(p, dir.path(), 'D');
+    std::string base = dir.path().substr(dir.path().rfind('/') + 1);
+    MakeSlot(p, base, 'B');
+    if (r.pid > 0) MakeSlot(p, std::to_string(r.pid), 'P');
+    return p;
+}
+
+bool PromptFromSpec(const std::string &spec, Prompt &into) {
+    Prompt p;
+    p.text.push_back("");
+    utsname u{};
+    bool named = uname(&u) == 0;
+    for (size_t i = 0; i < spec.size(); i++) {
+        if (spec[i] != '%') {
+            p.text.back() += spec[i];
+            continue;
+        }
+        if (++i == spec.size()) return false;
+        switch (spec[i]) {
+        case 'u': {
+            const passwd *pw = getpwuid(geteuid());
+            p.text.back() += pw != nullptr ? pw->pw_name : "UnknownUser";
+            break;
+        }
+        case 'p':
+        case 'd':
+        case 'D':
+        case 'B':
+            p.slots += spec[i] == 'p' ? 'P' : spec[i] == 'B' ? 'B' : 'D';
+            p.text.push_back("");
+            break;
+        case 'm':
+            p.text.back() += named ? std::string(u.nodename).substr(0, strcspn(u.nodename, ".")) : "UnknownMachine";
+            break;
+        case 'o':
+            p.text.back() += named ? u.sysname : "UnknownO.S.";
+            break;
+        case 't': p.text.back() += '\t'; break;
+        case 'n': p.text.back() += '\n'; break;
+        case 'b': p.text.back() += ' '; break;
+        case '%': p.text.back() += '%'; break;
+        default: return false;
+        }
+    }
+    into = p;
+    return true;
+}
+
+std::vector<std::string> ScriptLines(const std::string &script) {
+    std::vector<std::string> lines;
+    size_t at = 0;
+    while (at < script.size()) {
+        size_t nl = script.find('\n', at);
+        lines.push_back(script.substr(at, nl == std::string::npos ? std::string::npos : nl - at));
+        if (nl == std::string::npos) break;
+        at = nl + 1;
+    }
+    return lines;
+}
+
+Pieces Cut(const std::string &out, Prompt prompt, const std::vector<std::string> &script) {
+    Pieces p;
+    p.whole = out;
+    p.lines.assign(script.size(), "");
+    p.ran.assign(script.size(), false);
+    if (prompt.empty()) {
+        p.startup = out;
+        return p;
+    }
+    size_t b, e;
+    std::tie(b, e) = Find(prompt, out, 0);
+    if (b == std::string::npos) {
+        p.startup = out;
+        return p;
+    }
+    p.ok = true;
+    p.startup = out.substr(0, b);
+    size_t pos = e;
+    const bool endsInNewline = !prompt.text.back().empty() && prompt.text.back().back() == '\n';
+    for (size_t i = 0; i < script.size(); i++) {
+        // A line longer than the shell's line buffer is read in pieces,
+        // each followed by a prompt of its own.
+        size_t reads = std::max<size_t>(1, (script[i].size() + 4094) / 4095);
+        if (Words(script[i], 0) == "prompt" && !Words(script[i], 1).empty())
+            PromptFromSpec(Words(script[i], 1), prompt);
+        p.ran[i] = true;
+        size_t start = pos, last = 0;
+        bool found = true;
+        for (size_t r = 0; r < reads && found; r++) {
+            // A prompt followed at once by a line end is a command's output
+            // (`prompt` shows the current one), not the shell asking for
+            // the next line.
+            std::tie(b, e) = Find(prompt, out, pos);
+            while (b != std::string::npos && !endsInNewline && e < out.size() && out[e] == '\n')
+                std::tie(b, e) = Find(prompt, out, b + 1);
+            found = b != std::string::npos;
+            if (found) last = b, pos = e;
+        }
+        if (!found) {
+            // The shell read this line and printed no prompt after it.
+            p.lines[i] = out.substr(start);
+            return p;
+        }
+        p.lines[i] = out.substr(start, last - start);
+    }
+    p.tail = out.substr(pos);
+    return p;
+}
+
+std::vector<bool> AllRules(bool on) { return std::vector<bool>(Rules().size(), on); }
+
+namespace {
+
+struct Namer {
+    std::map<std::string, std::map<std::string, std::string>> names;  // kind -> value -> name
+    std::map<std::string, int> count;
+};
+
+std::string Apply(const std::string &text, const std::vector<Value> &vs, const std::vector<std::string> &names) {
+    std::string r;
+    size_t at = 0;
+    for (size_t i = 0; i < vs.size(); i++) {
+        r += text.substr(at, vs[i].begin - at);
+        r += names[i];
+        at = vs[i].end;
+    }
+    return r + text.substr(at);
+}
+
+}  // namespace
+
+void NameValues(Pieces &ref, const RunFacts &rf, Pieces *other, const RunFacts &of, const std::vector<bool> &on) {
+    Namer rn, on_;
+    auto pieces = [](Pieces &p) {
+        std::vector<std::string *> v{&p.startup};
+        for (auto &l : p.lines) v.push_back(&l);
+        v.push_back(&p.tail);
+        v.push_back(&p.whole);
+        return v;
+    };
+    std::vector<std::string *> rp = pieces(ref), op;
+    if (other != nullptr) op = pieces(*other);
+    // `whole` is named on its own, after the pieces.
+    for (size_t i = 0; i < rp.size(); i++) {
+        if (i + 1 == rp.size()) rn = Namer{}, on_ = Namer{};
+        std::map<std::string, std::vector<std::string>> fresh;  // kind -> names new in this piece
+        {
+            std::string text = Reorder(*rp[i], on);
+            std::vector<Value> vs = FindValues(text, rf, on);
+            std::vector<std::string> names;
+            for (const Value &v : vs) {
+                std::string val = text.substr(v.begin, v.end - v.begin);
+                if (v.fixed) {
+                    names.push_back("<" + v.kind + ">");
+                    continue;
+                }
+                auto &known = rn.names[v.kind];
+                auto it = known.find(val);
+                if (it == known.end()) {
+                    it = known.emplace(val, "<" + v.kind + std::to_string(++rn.count[v.kind]) + ">").first;
+                    fresh[v.kind].push_back(it->second);
+                }
+                names.push_back(it->second);
+            }
+            *rp[i] = Apply(text, vs, names);
+        }
+        if (other == nullptr) continue;
+        std::string text = Reorder(*op[i], on);
+        std::vector<Value> vs = FindValues(text, of, on);
+        std::vector<std::string> names;
+        std::map<std::string, size_t> used;
+        for (const Value &v : vs) {
+            std::string val = text.substr(v.begin, v.end - v.begin);
+            if (v.fixed) {
+                names.push_back("<" + v.kind + ">");
+                continue;
+            }
+            auto &known = on_.names[v.kind];
+            auto it = known.find(val);
+            if (it == known.end()) {
+                size_t k = used[v.kind]++;
+                const auto &f = fresh[v.kind];
+                std::string name = k < f.size() ? f[k]
+                                                : "<" + v.kind + "?" + std::to_string(++on_.count[v.kind]) + ">";
+                it = known.emplace(val, name).first;
+            }
+            names.push_back(it->second);
+        }
+        *op[i] = Apply(text, vs, names);
+    }
+}
+
+std::string UnifiedDiff(const std::string &a, const std::string &b, const std::string &la, const std::string &lb) {
+    TempDir d("labsh-diff-u");
+    WriteFile(d / "a", a);
+    WriteFile(d / "b", b);
+    auto quote = [](const std::string &s) {
+        std::string q = "'";
+        for (char c : s) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
+        return q + "'";
+    };
+    std::string out = Shell("diff -u --label " + quote(la) + " --label " + quote(lb) + " a b 2>/dev/null || "
+                            "[ $? -eq 1 ] || diff -u a b",
+                            d.path());
+    return out;
+}
+
+Comparison Compare(const Pieces &ref, const Pieces &other) {
+    Comparison c;
+    c.perLine = ref.ok && other.ok;
+    c.whole = ref.whole == other.whole ? Mark::Equal : Mark::Different;
+    if (!c.perLine) {
+        c.counted = 1;
+        c.equal = c.whole == Mark::Equal;
+        return c;
+    }
+    c.startup = ref.startup == other.startup ? Mark::Equal : Mark::Different;
+    for (size_t i = 0; i < ref.lines.size(); i++) {
+        Mark m;
+        if (ref.ran[i] != other.ran[i])
+            m = other.ran[i] ? Mark::Different : Mark::NotRun;
+        else
+            m = ref.lines[i] == other.lines[i] ? Mark::Equal : Mark::Different;
+        c.lines.push_back(m);
+        c.counted++;
+        c.equal += m == Mark::Equal;
+    }
+    c.tail = ref.tail == other.tail ? Mark::Equal : Mark::Different;
+    if (!ref.tail.empty() || !other.tail.empty()) {
+        c.counted++;
+        c.equal += c.tail == Mark::Equal;
+    }
+    return c;
+}
+
+}  // namespace ldiff

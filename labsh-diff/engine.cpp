@@ -1,0 +1,420 @@
+#include "engine.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
+#include <fstream>
+#include <limits.h>
+#include <mutex>
+#include <poll.h>
+#include <sstream>
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <thread>
+#include <unistd.h>
+
+extern char **environ;
+
+namespace ldiff {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Closes every descriptor from `first` up; safe between fork and exec.
+void CloseFrom(int first) {
+    rlimit lim{};
+    long last = 65536;
+    if (getrlimit(RLIMIT_NOFILE, &lim) == 0 && lim.rlim_cur != RLIM_INFINITY) last = static_cast<long>(lim.rlim_cur);
+    last = std::min(last, 1L << 20);
+    // poll tells the open descriptors from the rest a thousand at a time.
+    constexpr int Tanda = 1024;
+    pollfd fds[Tanda];
+    for (long base = first; base < last; base += Tanda) {
+        int n = static_cast<int>(std::min<long>(Tanda, last - base));
+        for (int i = 0; i < n; i++) fds[i] = {static_cast<int>(base + i), 0, 0};
+        bool known = poll(fds, static_cast<nfds_t>(n), 0) >= 0;
+        for (int i = 0; i < n; i++)
+            if (!known || !(fds[i].revents & POLLNVAL)) close(fds[i].fd);
+    }
+}
+
+// Reads what is there; closes and forgets the descriptor at its end.
+// Returns the bytes read.
+size_t Append(int &fd, std::string &to, size_t room, bool &cut) {
+    char buf[65536];
+    ssize_t n = read(fd, buf, sizeof buf);
+    if (n > 0) {
+        size_t keep = std::min(static_cast<size_t>(n), room);
+        to.append(buf, keep);
+        if (keep < static_cast<size_t>(n)) cut = true;
+        return static_cast<size_t>(n);
+    }
+    if (n == 0 || (errno != EINTR && errno != EAGAIN)) {
+        close(fd);
+        fd = -1;
+    }
+    return 0;
+}
+
+// A pseudo-terminal whose slave becomes the run's controlling terminal with
+// the shell outside its foreground group: a shell that reads or writes the
+// terminal stops, and the stop tells us, where it would otherwise wait for
+// a user who is not there.
+struct Terminal {
+    int master = -1;
+    char slave[128] = "";
+    Terminal() {
+        master = posix_openpt(O_RDWR | O_NOCTTY);
+        if (master == -1) return;
+        static std::mutex m;  // ptsname's buffer is shared
+        std::lock_guard<std::mutex> lock(m);
+        const char *name = grantpt(master) == 0 && unlockpt(master) == 0 ? ptsname(master) : nullptr;
+        if (name == nullptr || strlen(name) >= sizeof slave) {
+            close(master);
+            master = -1;
+            return;
+        }
+        strcpy(slave, name);
+        fcntl(master, F_SETFD, FD_CLOEXEC);
+        int fd = open(slave, O_RDWR | O_NOCTTY);
+        termios t{};
+        if (fd != -1 && tcgetattr(fd, &t) == 0) {
+            t.c_lflag |= TOSTOP;
+            tcsetattr(fd, TCSANOW, &t);
+        }
+        if (fd != -1) close(fd);
+    }
+    ~Terminal() {
+        if (master != -1) close(master);
+    }
+};
+
+// Child side, before exec: a session of its own on the terminal, the
+// terminal's foreground given to a process that only waits.
+pid_t TakeTerminal(const char *slave) {
+    int fd = open(slave, O_RDWR);
+    if (fd == -1) return -1;
+#ifdef TIOCSCTTY
+    ioctl(fd, TIOCSCTTY, 0);
+#endif
+    pid_t keeper = fork();
+    if (keeper == 0) {
+        setpgid(0, 0);
+        for (int i = 0; i < 1024; i++) close(i);
+        for (;;) pause();
+    }
+    if (keeper > 0) {
+        setpgid(keeper, keeper);
+        tcsetpgrp(fd, keeper);
+    }
+    close(fd);
+    return keeper;
+}
+
+// Linux names each process's session, group and directory under /proc:
+// what a run left behind is found there even when it left the group.
+std::vector<pid_t> Leftovers(pid_t session, const std::string &dir) {
+    std::vector<pid_t> found;
+    DIR *d = opendir("/proc");
+    if (d == nullptr) return found;
+    while (dirent *e = readdir(d)) {
+        char *end;
+        long pid = strtol(e->d_name, &end, 10);
+        if (*end != '\0' || pid <= 0 || pid == getpid()) continue;
+        std::string base = std::string("/proc/") + e->d_name;
+        std::string stat = ReadFile(base + "/stat");
+        size_t close = stat.rfind(')');
+        if (close == std::string::npos) continue;
+        char state = 0;
+        long ppid = 0, pgrp = 0, sid = 0;
+        if (sscanf(stat.c_str() + close + 1, " %c %ld %ld %ld", &state, &ppid, &pgrp, &sid) != 4 || state == 'Z')
+            continue;
+        bool ours = sid == session || pgrp == session;
+        if (!ours && !dir.empty()) {
+            char cwd[PATH_MAX];
+            ssize_t n = readlink((base + "/cwd").c_str(), cwd, sizeof cwd - 1);
+            if (n > 0) {
+                cwd[n] = '\0';
+                ours = strncmp(cwd, dir.c_str(), dir.size()) == 0 && (cwd[dir.size()] == '\0' || cwd[dir.size()] == '/');
+            }
+        }
+        if (ours) found.push_back(static_cast<pid_t>(pid));
+    }
+    closedir(d);
+    return found;
+}
+
+}  // namespace
+
+TempDir::TempDir(const char *prefix) {
+    const char *base = getenv("TMPDIR");
+    std::string templ = std::string(base != nullptr && *base ? base : "/tmp") + "/" + prefix + ".XXXXXX";
+    if (mkdtemp(templ.data()) == nullptr) {
+        perror("labsh-diff: mkdtemp");
+        exit(2);
+    }
+    char real[PATH_MAX];
+    path_ = realpath(templ.c_str(), real) != nullptr ? real : templ;
+}
+
+TempDir::~TempDir() { RemoveTree(path_); }
+
+void RemoveTree(const std::string &path) {
+    Shell("chmod -R u+rwx '" + path + "' 2>/dev/null; rm -rf '" + path + "'", "/");
+}
+
+std::string ReadFile(const std::string &path) {
+    std::ifstream f(path, std::ios::binary);
+    std::stringstream s;
+    s << f.rdbuf();
+    return s.str();
+}
+
+bool WriteFile(const std::string &path, const std::string &content) {
+    std::ofstream f(path, std::ios::binary);
+    f << content;
+    return static_cast<bool>(f);
+}
+
+std::string Shell(const std::string &command, const std::string &dir, int *status) {
+    int p[2];
+    if (pipe(p) != 0) {
+        if (status != nullptr) *status = -1;
+        return "";
+    }
+    pid_t pid = fork();
+    if (pid == 0) {
+        dup2(p[1], 1);
+        close(p[0]);
+        close(p[1]);
+        if (chdir(dir.c_str()) == -1) _exit(126);
+        execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char *>(nullptr));
+        _exit(127);
+    }
+    close(p[1]);
+    std::string out;
+    bool cut = false;
+    if (pid != -1)
+        for (int fd = p[0]; fd != -1;) Append(fd, out, SIZE_MAX, cut);
+    else
+        close(p[0]);
+    int st = -1;
+    while (pid != -1 && waitpid(pid, &st, 0) == -1 && errno == EINTR) {
+    }
+    if (status != nullptr) *status = st;
+    return out;
+}
+
+std::string SignalName(int sig) {
+    static const std::pair<int, const char *> names[] = {
+        {SIGHUP, "HUP"},   {SIGINT, "INT"},   {SIGQUIT, "QUIT"}, {SIGILL, "ILL"},   {SIGTRAP, "TRAP"},
+        {SIGABRT, "ABRT"}, {SIGBUS, "BUS"},   {SIGFPE, "FPE"},   {SIGKILL, "KILL"}, {SIGUSR1, "USR1"},
+        {SIGSEGV, "SEGV"}, {SIGUSR2, "USR2"}, {SIGPIPE, "PIPE"}, {SIGALRM, "ALRM"}, {SIGTERM, "TERM"},
+        {SIGCHLD, "CHLD"}, {SIGCONT, "CONT"}, {SIGSTOP, "STOP"}, {SIGTSTP, "TSTP"}, {SIGTTIN, "TTIN"},
+        {SIGTTOU, "TTOU"}, {SIGXCPU, "XCPU"}, {SIGXFSZ, "XFSZ"}, {SIGSYS, "SYS"},
+    };
+    for (const auto &[n, name] : names)
+        if (n == sig) return name;
+    return std::to_string(sig);
+}
+
+RunResult Run(const RunSpec &spec, const std::string &dir) {
+    RunResult r;
+    auto start = Clock::now();
+    // Everything the child needs is made before the fork: between fork and
+    // exec it only makes system calls.
+    std::vector<std::string> words{spec.argv0.empty() ? spec.program : spec.argv0};
+    words.insert(words.end(), spec.args.begin(), spec.args.end());
+    std::vector<char *> argv;
+    for (auto &w : words) argv.push_back(w.data());
+    argv.push_back(nullptr);
+    std::vector<std::string> envs;
+    for (char **e = environ; *e != nullptr; e++) {
+        std::string_view v(*e);
+        std::string_view name = v.substr(0, v.find('='));
+        if (std::none_of(spec.env.begin(), spec.env.end(), [&](const auto &c) { return c.first == name; }))
+            envs.emplace_back(v);
+    }
+    for (const auto &[name, value] : spec.env)
+        if (value) envs.push_back(name + "=" + *value);
+    std::vector<char *> envp;
+    for (auto &e : envs) envp.push_back(e.data());
+    envp.push_back(nullptr);
+
+    int in = open(spec.input.empty() ? "/dev/null" : spec.input.c_str(), O_RDONLY | O_CLOEXEC);
+    int out[2] = {-1, -1}, err[2] = {-1, -1}, fail[2] = {-1, -1};
+    if (in == -1 || pipe(out) != 0 || (!spec.merged && pipe(err) != 0) || pipe(fail) != 0) {
+        r.startErrno = errno;
+        for (int fd : {in, out[0], out[1], err[0], err[1], fail[0], fail[1]})
+            if (fd != -1) close(fd);
+        return r;
+    }
+    fcntl(fail[1], F_SETFD, FD_CLOEXEC);
+    Terminal tty;
+    pid_t pid = fork();
+    if (pid == 0) {
+        setsid();
+        // The parent learns the keeper's pid first, then an errno if exec fails.
+        pid_t keeper = tty.master != -1 ? TakeTerminal(tty.slave) : -1;
+        (void)!write(fail[1], &keeper, sizeof keeper);
+        if (chdir(dir.c_str()) == -1) {
+            int e = errno;
+            (void)!write(fail[1], &e, sizeof e);
+            _exit(127);
+        }
+        umask(022);
+        dup2(in, 0);
+        dup2(out[1], 1);
+        dup2(spec.merged ? out[1] : err[1], 2);
+        for (int s = 1; s < NSIG; s++) signal(s, SIG_DFL);
+        sigset_t none;
+        sigemptyset(&none);
+        sigprocmask(SIG_SETMASK, &none, nullptr);
+        if (!spec.keepDescriptors) {
+            // fail[1] closes at exec by itself; it is kept until then.
+            int keep = fail[1];
+            for (int fd = 3; fd < keep; fd++) close(fd);
+            CloseFrom(keep + 1);
+        }
+        execve(spec.program.c_str(), argv.data(), envp.data());
+        int e = errno;
+        (void)!write(fail[1], &e, sizeof e);
+        _exit(127);
+    }
+    for (int fd : {in, out[1], err[1], fail[1]})
+        if (fd != -1) close(fd);
+    if (pid == -1) {
+        r.startErrno = errno;
+        for (int fd : {out[0], err[0], fail[0]})
+            if (fd != -1) close(fd);
+        return r;
+    }
+    r.pid = pid;
+    pid_t keeper = -1;
+    while (read(fail[0], &keeper, sizeof keeper) == -1 && errno == EINTR) {
+    }
+    int e = 0;
+    ssize_t got;
+    while ((got = read(fail[0], &e, sizeof e)) == -1 && errno == EINTR) {
+    }
+    close(fail[0]);
+    bool started = got != static_cast<ssize_t>(sizeof e);
+    if (!started) r.startErrno = e;
+
+    int outfd = out[0], errfd = err[0];
+    size_t total = 0;
+    bool finished = false;
+    auto deadline = start + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(spec.timeout));
+    Clock::time_point quietSince{};
+    auto kept = [&] { return r.out.size() + r.err.size(); };
+    auto room = [&] { return spec.limit > kept() ? spec.limit - kept() : 0; };
+    while (true) {
+        if (!finished) {
+            int st;
+            pid_t w = waitpid(pid, &st, WNOHANG | WUNTRACED);
+            if (w == pid && WIFSTOPPED(st)) {
+                r.end = End::Terminal;
+                break;
+            }
+            if (w == pid) {
+                finished = true;
+                r.status = st;
+                r.end = WIFEXITED(st) ? End::Exited : End::Signaled;
+                quietSince = Clock::now();
+            }
+        }
+        if (outfd == -1 && errfd == -1) {
+            if (finished) break;
+            if (Clock::now() >= deadline) {
+                r.end = End::TimedOut;
+                break;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+            continue;
+        }
+        auto now = Clock::now();
+        if (now >= deadline) {
+            if (!finished) r.end = End::TimedOut;
+            else r.children = true;
+            break;
+        }
+        int wait = 20;
+        if (finished) {
+            auto left = std::chrono::milliseconds(spec.settle) - (now - quietSince);
+            wait = static_cast<int>(std::clamp<long long>(
+                std::chrono::duration_cast<std::chrono::milliseconds>(left).count(), 0, 10));
+        }
+        pollfd fds[2] = {{outfd, POLLIN, 0}, {errfd, POLLIN, 0}};
+        int ready = poll(fds, 2, wait);
+        if (ready == 0 && finished && Clock::now() - quietSince >= std::chrono::milliseconds(spec.settle)) {
+            r.children = true;  // something of the run still holds its output open
+            break;
+        }
+        if (ready > 0) {
+            size_t n = 0;
+            if (fds[0].revents) n += Append(outfd, r.out, room(), r.cut);
+            if (fds[1].revents) n += Append(errfd, r.err, room(), r.cut);
+            total += n;
+            if (n > 0) quietSince = Clock::now();
+            if (r.cut) {
+                if (!finished) r.end = End::Flooded;
+                else r.children = true;
+                break;
+            }
+        }
+    }
+    // The end of the run: its group, its session, and on Linux whatever
+    // else still works in its directory.
+    kill(-pid, SIGKILL);
+    if (!finished) {
+        kill(pid, SIGKILL);
+        int st;
+        while (waitpid(pid, &st, 0) == -1 && errno == EINTR) {
+        }
+        if (r.end == End::Exited || r.end == End::Signaled) r.status = st;
+    }
+    for (int round = 0; round < 5; round++) {
+        std::vector<pid_t> rest = Leftovers(pid, dir);
+        rest.erase(std::remove(rest.begin(), rest.end(), keeper), rest.end());
+        if (keeper > 0) kill(keeper, SIGKILL);
+        if (rest.empty()) break;
+        if (finished) r.children = true;
+        for (pid_t p : rest) kill(p, SIGKILL);
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    for (int fd : {outfd, errfd})
+        if (fd != -1) close(fd);
+    if (!started) r.end = End::NotStarted;
+    r.seconds = std::chrono::duration<double>(Clock::now() - start).count();
+    return r;
+}
+
+std::string EndText(const RunResult &r) {
+    switch (r.end) {
+    case End::Exited:
+        return "salio con " + std::to_string(WEXITSTATUS(r.status));
+    case End::Signaled:
+        return "senal " + SignalName(WTERMSIG(r.status));
+    case End::TimedOut:
+        return "sin terminar en el tiempo limite";
+    case End::Flooded:
+        return "inunda la salida";
+    case End::Terminal:
+        return "usa el terminal";
+    case End::NotStarted:
+        return std::string("no se puede ejecutar: ") + strerror(r.startErrno);
+    }
+    return "";
+}
+
+}  // namespace ldiff

@@ -1,0 +1,78 @@
+// Running a shell on a script in a fresh directory and catching everything
+// it writes, whatever the shell does: hang, crash, flood its output, read
+// the terminal, or leave processes behind.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <sys/types.h>
+#include <utility>
+#include <vector>
+
+namespace ldiff {
+
+// A fresh directory under $TMPDIR (or /tmp), removed with all its contents,
+// whatever their permissions, when the object goes.
+class TempDir {
+  public:
+    explicit TempDir(const char *prefix = "labsh-diff");
+    ~TempDir();
+    TempDir(const TempDir &) = delete;
+    TempDir &operator=(const TempDir &) = delete;
+    const std::string &path() const { return path_; }
+    std::string operator/(const std::string &name) const { return path_ + "/" + name; }
+
+  private:
+    std::string path_;
+};
+
+void RemoveTree(const std::string &path);
+std::string ReadFile(const std::string &path);
+bool WriteFile(const std::string &path, const std::string &content);
+// Runs `command` with /bin/sh -c in `dir`; returns what it wrote on standard
+// output and its wait status in `status`.
+std::string Shell(const std::string &command, const std::string &dir, int *status = nullptr);
+// The signal's name without "SIG" ("SEGV"), or its number.
+std::string SignalName(int sig);
+
+struct RunSpec {
+    std::string program;                 // the shell
+    std::string argv0;                   // its argv[0]; `program` when empty
+    std::vector<std::string> args;       // after argv[0]
+    std::string input;                   // file read as standard input
+    std::vector<std::pair<std::string, std::optional<std::string>>> env;  // set, or unset when nullopt
+    bool merged = true;                  // standard error into the same pipe as standard output
+    double timeout = 10;                 // seconds
+    std::size_t limit = 4u << 20;        // bytes of output kept
+    int settle = 300;                    // ms to wait for what children still write after the shell ended
+    bool keepDescriptors = false;        // pass on descriptors past 2
+};
+
+enum class End {
+    Exited,     // the shell ended by itself (status in `status`)
+    Signaled,   // killed by a signal of its own doing
+    TimedOut,   // still running at the time limit
+    Flooded,    // wrote more than the limit
+    Terminal,   // tried to use the terminal
+    NotStarted  // could not be executed (`startErrno`)
+};
+
+struct RunResult {
+    std::string out, err;  // err is empty when merged
+    End end = End::NotStarted;
+    int status = -1;       // raw wait status
+    int startErrno = 0;
+    bool cut = false;      // output past the limit was dropped
+    bool children = false; // processes of the run were still there at its end
+    pid_t pid = -1;
+    double seconds = 0;
+};
+
+// Runs the shell in `dir`, with the spec's environment and umask 022, ends
+// every process of the run and returns what it wrote.
+RunResult Run(const RunSpec &spec, const std::string &dir);
+
+// A short Spanish text for how a run ended ("salio con 1", "senal SEGV").
+std::string EndText(const RunResult &r);
+
+}  // namespace ldiff

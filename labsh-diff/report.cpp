@@ -1,0 +1,330 @@
+#include "report.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <sys/wait.h>
+
+namespace ldiff {
+
+namespace {
+
+const char *Paint(const Style &st, const char *code) { return st.colour ? code : ""; }
+constexpr const char *Green = "\033[32m", *Red = "\033[31m", *Cyan = "\033[36m", *Bold = "\033[1m",
+                     *Plain = "\033[0m";
+
+void PrintDiff(FILE *to, const std::string &a, const std::string &b, const std::string &shell, const Style &st) {
+    std::string d = UnifiedDiff(a, b, "labsh", shell);
+    size_t at = 0;
+    while (at < d.size()) {
+        size_t nl = d.find('\n', at);
+        std::string l = d.substr(at, nl == std::string::npos ? std::string::npos : nl - at);
+        at = nl == std::string::npos ? d.size() : nl + 1;
+        const char *c = l.rfind("---", 0) == 0 || l.rfind("+++", 0) == 0 ? Bold
+                        : l[0] == '-'                                    ? Red
+                        : l[0] == '+'                                    ? Green
+                        : l[0] == '@'                                    ? Cyan
+                                                                         : nullptr;
+        fprintf(to, "        %s%s%s\n", c ? Paint(st, c) : "", l.c_str(), c ? Paint(st, Plain) : "");
+    }
+}
+
+const char *MarkText(Mark m) { return m == Mark::Equal ? "=" : m == Mark::Different ? "X" : "-"; }
+
+std::string Html(const std::string &s) {
+    std::string r;
+    for (unsigned char c : s) {
+        if (c == '<') r += "&lt;";
+        else if (c == '>') r += "&gt;";
+        else if (c == '&') r += "&amp;";
+        else if (c == '"') r += "&quot;";
+        else if (c < 0x20 && c != '\n' && c != '\t') r += "&#x" + std::string(1, "0123456789abcdef"[c >> 4]) +
+                                                         std::string(1, "0123456789abcdef"[c & 15]) + ";";
+        else r += static_cast<char>(c);
+    }
+    return r;
+}
+
+const char *CellText(Cell c) {
+    return c == Cell::Equal ? "igual" : c == Cell::Different ? "distinto" : c == Cell::NotRun ? "no ejecutado" : "";
+}
+
+std::string Csv(const std::string &s) {
+    if (s.find_first_of(",\"\n") == std::string::npos) return s;
+    std::string r = "\"";
+    for (char c : s) r += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return r + "\"";
+}
+
+std::string FirstWord(const std::string &line) {
+    size_t b = line.find_first_not_of(" \t");
+    if (b == std::string::npos) return "";
+    size_t e = line.find_first_of(" \t", b);
+    return line.substr(b, e == std::string::npos ? std::string::npos : e - b);
+}
+
+}  // namespace
+
+bool Outcome::equal() const {
+    return cmp.equal == cmp.counted && (!countStartup || cmp.startup == Mark::Equal) && Trouble(run).empty();
+}
+
+std::string Trouble(const RunResult &r) {
+    std::string t;
+    if (r.end != End::Exited) t = EndText(r);
+    if (r.cut && r.end != End::Flooded) t += std::string(t.empty() ? "" : ", ") + "salida cortada";
+    if (r.children) t += std::string(t.empty() ? "" : ", ") + "dejo procesos en marcha";
+    return t;
+}
+
+void PrintReport(FILE *to, const Outcome &o, const Style &st) {
+    fprintf(to, "%s== %s: labsh frente a %s%s\n", Paint(st, Bold), o.script.c_str(), o.shell.c_str(),
+            Paint(st, Plain));
+    if (std::string t = Trouble(o.ref); !t.empty()) fprintf(to, "labsh: %s\n", t.c_str());
+    if (std::string t = Trouble(o.run); !t.empty()) fprintf(to, "%s: %s\n", o.shell.c_str(), t.c_str());
+    const Comparison &c = o.cmp;
+    if (!c.perLine) {
+        fprintf(to, "No se distinguen las lineas de %s (no se reconoce su prompt): se compara la salida entera\n",
+                (o.refPieces.ok ? o.shell : std::string("labsh")).c_str());
+        fprintf(to, "%s%s%s salida entera\n", Paint(st, c.whole == Mark::Equal ? Green : Red), MarkText(c.whole),
+                Paint(st, Plain));
+        if (c.whole != Mark::Equal) PrintDiff(to, o.refPieces.whole, o.pieces.whole, o.shell, st);
+    } else {
+        fprintf(to, "%s%s%s arranque%s\n", Paint(st, c.startup == Mark::Equal ? Green : Red), MarkText(c.startup),
+                Paint(st, Plain), o.countStartup ? "" : " (no cuenta)");
+        if (c.startup != Mark::Equal) PrintDiff(to, o.refPieces.startup, o.pieces.startup, o.shell, st);
+        for (size_t i = 0; i < c.lines.size(); i++) {
+            Mark m = c.lines[i];
+            fprintf(to, "%s%s%s %4zu %s%s\n", Paint(st, m == Mark::Equal ? Green : Red), MarkText(m),
+                    Paint(st, Plain), i + 1, o.lines[i].c_str(),
+                    m == Mark::NotRun ? "   (no ejecutada)" : "");
+            if (m == Mark::Different) PrintDiff(to, o.refPieces.lines[i], o.pieces.lines[i], o.shell, st);
+        }
+        if (!o.refPieces.tail.empty() || !o.pieces.tail.empty()) {
+            fprintf(to, "%s%s%s      (fin de la entrada)\n", Paint(st, c.tail == Mark::Equal ? Green : Red),
+                    MarkText(c.tail), Paint(st, Plain));
+            if (c.tail != Mark::Equal) PrintDiff(to, o.refPieces.tail, o.pieces.tail, o.shell, st);
+        }
+    }
+    int equal = c.equal + (o.countStartup && c.perLine && c.startup == Mark::Equal);
+    int counted = c.counted + (o.countStartup && c.perLine);
+    fprintf(to, "%d de %d lineas iguales\n", equal, counted);
+}
+
+Row MakeRow(const Outcome &o, const std::vector<std::string> &commands) {
+    Row r{o.shell, Trouble(o.run), {}, &o};
+    for (const std::string &cmd : commands) {
+        Cell cell = Cell::None;
+        for (size_t i = 0; i < o.lines.size(); i++) {
+            if (FirstWord(o.lines[i]) != cmd) continue;
+            Mark m = o.cmp.perLine ? o.cmp.lines[i] : o.cmp.whole;
+            Cell now = m == Mark::Equal ? Cell::Equal : m == Mark::Different ? Cell::Different : Cell::NotRun;
+            if (cell == Cell::None || now == Cell::Different || (now == Cell::NotRun && cell == Cell::Equal))
+                cell = now;
+        }
+        r.cells.push_back(cell);
+    }
+    return r;
+}
+
+void PrintTable(FILE *to, int practica, const std::vector<std::string> &commands, const std::vector<Row> &rows,
+                const Style &st) {
+    size_t w = 6;
+    for (const Row &r : rows) w = std::max(w, r.shell.size());
+    fprintf(to, "Practica %d: = igual, X distinto, - no ejecutado, en blanco sin lineas\n", practica);
+    fprintf(to, "%-*s", static_cast<int>(w), "shell");
+    for (const std::string &c : commands) fprintf(to, " %s", c.c_str());
+    fprintf(to, "  iguales\n");
+    for (const Row &r : rows) {
+        fprintf(to, "%-*s", static_cast<int>(w), r.shell.c_str());
+        int eq = 0;
+        for (size_t i = 0; i < commands.size(); i++) {
+            Cell c = r.cells[i];
+            const char *mark = c == Cell::Equal ? "=" : c == Cell::Different ? "X" : c == Cell::NotRun ? "-" : " ";
+            eq += c == Cell::Equal;
+            int pad = static_cast<int>(commands[i].size()) - 1;
+            fprintf(to, " %*s%s%s%s", pad / 2, "", Paint(st, c == Cell::Equal ? Green : Red), mark, Paint(st, Plain));
+            fprintf(to, "%*s", pad - pad / 2, "");
+        }
+        fprintf(to, "  %d/%zu%s%s\n", eq, commands.size(), r.trouble.empty() ? "" : "  ", r.trouble.c_str());
+    }
+}
+
+bool WriteCsv(const std::string &path, const std::vector<std::string> &commands, const std::vector<Row> &rows) {
+    std::ofstream f(path);
+    f << "shell";
+    for (const std::string &c : commands) f << "," << Csv(c);
+    f << ",iguales,comandos,estado\n";
+    for (const Row &r : rows) {
+        f << Csv(r.shell);
+        int eq = 0;
+        for (Cell c : r.cells) {
+            f << "," << CellText(c);
+            eq += c == Cell::Equal;
+        }
+        f << "," << eq << "," << commands.size() << "," << Csv(r.trouble) << "\n";
+    }
+    return static_cast<bool>(f);
+}
+
+bool WriteHtml(const std::string &path, int practica, const std::vector<std::string> &commands,
+               const std::vector<Row> &rows) {
+    std::ofstream f(path);
+    f << "<!DOCTYPE html>\n<html lang=\"es\">\n<head>\n<meta charset=\"utf-8\"/>\n"
+      << "<title>labsh-diff: practica " << practica << "</title>\n<style>\n"
+      << "body{font-family:sans-serif;margin:1.5em;color:#222}\n"
+      << "table{border-collapse:collapse;margin-bottom:1.5em}\n"
+      << "th,td{border:1px solid #bbb;padding:.25em .5em;vertical-align:top}\n"
+      << "th.cmd{writing-mode:vertical-rl;transform:rotate(180deg);font-weight:normal;font-family:monospace}\n"
+      << "td.igual{background:#c8ecc8;text-align:center}td.distinto{background:#f5b7b1;text-align:center}\n"
+      << "td.noej{background:#ddd;text-align:center}td.shell{font-family:monospace;white-space:nowrap}\n"
+      << "pre{margin:0;font-size:90%;white-space:pre-wrap}\n"
+      << "table.lado td{width:50%}table.lado{width:100%}.linea{font-family:monospace;font-weight:bold}\n"
+      << "</style>\n</head>\n<body>\n<h1>Practica " << practica << "</h1>\n"
+      << "<p>Cada columna es un comando de la practica: <b>=</b> igual que labsh, <b>X</b> distinto, "
+      << "<b>-</b> no ejecutado.</p>\n<table>\n<tr><th>shell</th>";
+    for (const std::string &c : commands) f << "<th class=\"cmd\">" << Html(c) << "</th>";
+    f << "<th>iguales</th><th>estado</th></tr>\n";
+    for (size_t k = 0; k < rows.size(); k++) {
+        const Row &r = rows[k];
+        f << "<tr><td class=\"shell\"><a href=\"#s" << k << "\">" << Html(r.shell) << "</a></td>";
+        int eq = 0;
+        for (size_t i = 0; i < commands.size(); i++) {
+            Cell c = r.cells[i];
+            eq += c == Cell::Equal;
+            const char *cls = c == Cell::Equal ? "igual" : c == Cell::Different ? "distinto" : "noej";
+            const char *mark = c == Cell::Equal ? "=" : c == Cell::Different ? "X" : c == Cell::NotRun ? "-" : "";
+            f << "<td class=\"" << cls << "\" title=\"" << Html(commands[i]) << ": " << CellText(c) << "\">" << mark
+              << "</td>";
+        }
+        f << "<td>" << eq << "/" << commands.size() << "</td><td>" << Html(r.trouble) << "</td></tr>\n";
+    }
+    f << "</table>\n";
+    for (size_t k = 0; k < rows.size(); k++) {
+        const Outcome &o = *rows[k].outcome;
+        f << "<h2 id=\"s" << k << "\">" << Html(o.shell) << "</h2>\n";
+        if (!rows[k].trouble.empty()) f << "<p>" << Html(rows[k].trouble) << "</p>\n";
+        auto side = [&](const std::string &title, const std::string &a, const std::string &b) {
+            f << "<p class=\"linea\">" << Html(title) << "</p>\n<table class=\"lado\"><tr><th>labsh</th><th>"
+              << Html(o.shell) << "</th></tr>\n<tr><td><pre>" << Html(a) << "</pre></td><td><pre>" << Html(b)
+              << "</pre></td></tr></table>\n";
+        };
+        if (!o.cmp.perLine) {
+            f << "<p>No se distinguen sus lineas: se compara la salida entera.</p>\n";
+            if (o.cmp.whole != Mark::Equal) side("salida entera", o.refPieces.whole, o.pieces.whole);
+            continue;
+        }
+        int shown = 0;
+        for (size_t i = 0; i < o.cmp.lines.size(); i++) {
+            if (o.cmp.lines[i] == Mark::Equal) continue;
+            shown++;
+            side(std::to_string(i + 1) + ": " + o.lines[i] +
+                     (o.cmp.lines[i] == Mark::NotRun ? "  (no ejecutada)" : ""),
+                 o.refPieces.lines[i], o.pieces.lines[i]);
+        }
+        if (o.cmp.tail != Mark::Equal) side("(fin de la entrada)", o.refPieces.tail, o.pieces.tail), shown++;
+        if (shown == 0) f << "<p>Todas las lineas iguales.</p>\n";
+    }
+    f << "</body>\n</html>\n";
+    return static_cast<bool>(f);
+}
+
+namespace {
+
+std::string Escape(const std::string &s) {
+    std::string r;
+    for (char c : s) {
+        if (strchr(".^$|()[]{}*+?\\", c) != nullptr) r += '\\';
+        r += c;
+    }
+    return r;
+}
+
+// A regular expression for a value of the same shape: runs of digits and
+// hexadecimal letters stand for any such run.
+std::string Shape(const std::string &v, bool fixed) {
+    if (fixed) return ".*";
+    std::string r;
+    for (size_t i = 0; i < v.size();) {
+        if (isxdigit(static_cast<unsigned char>(v[i]))) {
+            bool hex = false;
+            size_t j = i;
+            while (j < v.size() && isxdigit(static_cast<unsigned char>(v[j])))
+                hex |= !isdigit(static_cast<unsigned char>(v[j++]));
+            r += hex || (i > 0 && v[i - 1] == 'x') ? "[0-9a-fA-F]+" : "\\d+";
+            i = j;
+        } else if (v[i] == ' ') {
+            while (i < v.size() && v[i] == ' ') i++;
+            r += " *";
+        } else {
+            r += Escape(std::string(1, v[i++]));
+        }
+    }
+    return r;
+}
+
+// The C library's error texts, written as the transcripts write them so
+// that a recorded case holds on every system; the rest escaped for a
+// regular expression when `regex`.
+std::string Literal(const std::string &line, bool regex) {
+    static const std::pair<int, const char *> names[] = {
+        {EPERM, "EPERM"},   {ENOENT, "ENOENT"},   {ESRCH, "ESRCH"},     {EBADF, "EBADF"},     {ECHILD, "ECHILD"},
+        {ENOMEM, "ENOMEM"}, {EACCES, "EACCES"},   {EFAULT, "EFAULT"},   {EEXIST, "EEXIST"},   {ENOTDIR, "ENOTDIR"},
+        {EISDIR, "EISDIR"}, {EINVAL, "EINVAL"},   {ENOSPC, "ENOSPC"},   {ESPIPE, "ESPIPE"},   {ENXIO, "ENXIO"},
+        {ENOTTY, "ENOTTY"}, {ENOTEMPTY, "ENOTEMPTY"}, {EMFILE, "EMFILE"}, {ENAMETOOLONG, "ENAMETOOLONG"},
+    };
+    std::string r;
+    for (size_t at = 0; at < line.size();) {
+        size_t best = std::string::npos, len = 0;
+        const char *name = nullptr;
+        for (const auto &[e, n] : names) {
+            const char *t = strerror(e);
+            size_t f = line.find(t, at);
+            if (f != std::string::npos && (f < best || (f == best && strlen(t) > len))) best = f, len = strlen(t), name = n;
+        }
+        std::string plain = line.substr(at, best == std::string::npos ? std::string::npos : best - at);
+        r += regex ? Escape(plain) : plain;
+        if (best == std::string::npos) break;
+        r += "{{" + std::string(name) + "}}";
+        at = best + len;
+    }
+    return r;
+}
+
+}  // namespace
+
+std::string RecordCase(const std::string &name, const std::string &script, const RunResult &r,
+                       const RunFacts &facts, const std::vector<bool> &on) {
+    std::string c = "=== " + name + "\n--- stdin" + (script.empty() || script.back() == '\n' ? "" : "-noeol") + "\n" +
+                    script + (script.empty() || script.back() == '\n' ? "" : "\n") + "--- merged\n";
+    const std::string &out = r.out;
+    for (size_t at = 0; at < out.size();) {
+        size_t nl = out.find('\n', at);
+        std::string line = out.substr(at, nl == std::string::npos ? std::string::npos : nl - at);
+        at = nl == std::string::npos ? out.size() : nl + 1;
+        std::vector<Value> vs = FindValues(line, facts, on);
+        std::string text;
+        if (vs.empty()) {
+            text = Literal(line, false);
+            if (text.rfind("~", 0) == 0 || text.rfind("\\~", 0) == 0) text = "\\" + text;
+            if (text == "~~~" || text.rfind("@", 0) == 0) text = "~ " + Escape(text);
+        } else {
+            size_t from = 0;
+            text = "~ ";
+            for (const Value &v : vs) {
+                text += Literal(line.substr(from, v.begin - from), true);
+                text += Shape(line.substr(v.begin, v.end - v.begin), v.fixed);
+                from = v.end;
+            }
+            text += Literal(line.substr(from), true);
+        }
+        c += text + (nl == std::string::npos ? " (no-eol)" : "") + "\n";
+    }
+    if (r.end == End::Signaled)
+        c += "--- status\nsignal " + SignalName(WTERMSIG(r.status)) + "\n";
+    else if (r.end == End::Exited && WEXITSTATUS(r.status) != 0)
+        c += "--- status\n" + std::to_string(WEXITSTATUS(r.status)) + "\n";
+    return c;
+}
+
+}  // namespace ldiff
