@@ -30,7 +30,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Closes every descriptor from `first` up; safe between fork and exec.
+}  // namespace
+
 void CloseFrom(int first) {
     rlimit lim{};
     long last = 65536;
@@ -47,6 +48,8 @@ void CloseFrom(int first) {
             if (!known || !(fds[i].revents & POLLNVAL)) close(fds[i].fd);
     }
 }
+
+namespace {
 
 // Reads what is there; closes and forgets the descriptor at its end.
 // Returns the bytes read.

@@ -32,6 +32,8 @@ bool WriteFile(const std::string &path, const std::string &content);
 // Runs `command` with /bin/sh -c in `dir`; returns what it wrote on standard
 // output and its wait status in `status`.
 std::string Shell(const std::string &command, const std::string &dir, int *status = nullptr);
+// Closes every descriptor from `first` up; safe between fork and exec.
+void CloseFrom(int first);
 // The signal's name without "SIG" ("SEGV"), or its number.
 std::string SignalName(int sig);
 

@@ -73,37 +73,6 @@ void Append(int &fd, std::string &to) {
 
 }  // namespace
 
-void CloseFrom(int first) {
-    rlimit lim{};
-    long last = 65536;
-    if (getrlimit(RLIMIT_NOFILE, &lim) == 0 && lim.rlim_cur != RLIM_INFINITY) last = static_cast<long>(lim.rlim_cur);
-    last = std::min(last, 1L << 20);
-    // poll tells the open descriptors from the rest a thousand at a time,
-    // where a close of every number would take a call each.
-    constexpr int Tanda = 1024;
-    pollfd fds[Tanda];
-    for (long base = first; base < last; base += Tanda) {
-        int n = static_cast<int>(std::min<long>(Tanda, last - base));
-        for (int i = 0; i < n; i++) fds[i] = {static_cast<int>(base + i), 0, 0};
-        bool known = poll(fds, static_cast<nfds_t>(n), 0) >= 0;
-        for (int i = 0; i < n; i++)
-            if (!known || !(fds[i].revents & POLLNVAL)) close(fds[i].fd);
-    }
-}
-
-std::string SignalName(int sig) {
-    static const std::pair<int, const char *> names[] = {
-        {SIGHUP, "HUP"},   {SIGINT, "INT"},   {SIGQUIT, "QUIT"}, {SIGILL, "ILL"},   {SIGTRAP, "TRAP"},
-        {SIGABRT, "ABRT"}, {SIGBUS, "BUS"},   {SIGFPE, "FPE"},   {SIGKILL, "KILL"}, {SIGUSR1, "USR1"},
-        {SIGSEGV, "SEGV"}, {SIGUSR2, "USR2"}, {SIGPIPE, "PIPE"}, {SIGALRM, "ALRM"}, {SIGTERM, "TERM"},
-        {SIGCHLD, "CHLD"}, {SIGCONT, "CONT"}, {SIGSTOP, "STOP"}, {SIGTSTP, "TSTP"}, {SIGTTIN, "TTIN"},
-        {SIGTTOU, "TTOU"}, {SIGXCPU, "XCPU"}, {SIGXFSZ, "XFSZ"}, {SIGSYS, "SYS"},
-    };
-    for (const auto &[n, name] : names)
-        if (n == sig) return name;
-    return std::to_string(sig);
-}
-
 std::string NoProc() {
     struct stat st {};
     if (stat(("/proc/" + std::to_string(getpid()) + "/status").c_str(), &st) == 0) return "";
@@ -115,51 +84,6 @@ std::string LabshBinary() {
     return e != nullptr && *e != '\0' ? e : LABSH_DEFAULT_BINARY;
 }
 
-TempDir::TempDir() {
-    const char *base = getenv("TMPDIR");
-    std::string templ = std::string(base != nullptr && *base ? base : "/tmp") + "/labsh-test.XXXXXX";
-    Check(mkdtemp(templ.data()) != nullptr, "mkdtemp");
-    char real[PATH_MAX];
-    path_ = realpath(templ.c_str(), real) != nullptr ? real : templ;
-}
-
-TempDir::~TempDir() { RemoveTree(path_); }
-
-// Tests leave directories their owner may not write: permissions first.
-void RemoveTree(const std::string &path) { Shell("chmod -R u+rwx '" + path + "' 2>/dev/null; rm -rf '" + path + "'", "/"); }
-
-std::string ReadFile(const std::string &path) {
-    std::ifstream f(path, std::ios::binary);
-    std::stringstream s;
-    s << f.rdbuf();
-    return s.str();
-}
-
-void WriteFile(const std::string &path, const std::string &content) { std::ofstream(path, std::ios::binary) << content; }
-
-std::string Shell(const std::string &command, const std::string &dir, int *status) {
-    int p[2];
-    Check(pipe(p) == 0, "pipe");
-    pid_t pid = fork();
-    Check(pid != -1, "fork");
-    if (pid == 0) {
-        dup2(p[1], 1);
-        close(p[0]);
-        close(p[1]);
-        if (chdir(dir.c_str()) == -1) _exit(126);
-        execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char *>(nullptr));
-        _exit(127);
-    }
-    close(p[1]);
-    std::string out;
-    while (p[0] != -1) Append(p[0], out);
-    int st;
-    while (waitpid(pid, &st, 0) == -1 && errno == EINTR) {
-    }
-    if (status != nullptr) *status = st;
-    return out;
-}
-
 bool RunResult::exited() const { return !timedOut && WIFEXITED(status); }
 int RunResult::exitCode() const { return exited() ? WEXITSTATUS(status) : -1; }
 int RunResult::termSignal() const { return !timedOut && WIFSIGNALED(status) ? WTERMSIG(status) : 0; }
@@ -168,39 +92,43 @@ RunResult Run(const std::string &input, const std::string &dir, const RunOptions
     // Input comes from a file, as a teacher's script would: the shell may
     // read it ahead, and programs it starts read on from the same place.
     TempDir scratch;
-    std::string path = options.stdinFile;
-    if (path.empty()) WriteFile(path = scratch / "input", input);
-    int in = open(path.c_str(), O_RDONLY);
-    Check(in != -1, "open input");
-    Session s(dir, options, in);
-    RunResult r;
-    r.status = s.wait(options.timeout);
-    r.timedOut = r.status == -1;
-    // What a background child still writes after the shell ended arrives
-    // while the streams are busy; stop once they are quiet.
-    for (size_t seen = SIZE_MAX; !r.timedOut && seen != s.buffer_.size() + s.errbuf_.size();) {
-        seen = s.buffer_.size() + s.errbuf_.size();
-        auto end = Clock::now() + std::chrono::milliseconds(300);
-        while (Clock::now() < end && (s.out_ != -1 || s.err_ != -1)) s.pump(20);
+    ldiff::RunSpec spec;
+    spec.input = options.stdinFile;
+    if (spec.input.empty()) WriteFile(spec.input = scratch / "input", input);
+    spec.program = options.program.empty() ? LabshBinary() : options.program;
+    spec.argv0 = options.argv0;
+    spec.args = options.args;
+    if (!options.wrapper.empty()) {
+        spec.args = {"-c", "exec \"$@\"", "sh"};
+        spec.args.insert(spec.args.end(), options.wrapper.begin(), options.wrapper.end());
+        spec.args.push_back(spec.program);
+        spec.args.insert(spec.args.end(), options.args.begin(), options.args.end());
+        spec.program = "/bin/sh";
+        spec.argv0.clear();
     }
-    r.out = s.buffer_;
-    r.err = s.errbuf_;
+    spec.env.assign(options.env.begin(), options.env.end());
+    spec.merged = options.merged;
+    spec.keepDescriptors = options.inheritDescriptors;
+    spec.timeout = static_cast<double>(options.timeout.count());
+    spec.limit = SIZE_MAX;
+    ldiff::RunResult e = ldiff::Run(spec, dir);
+    RunResult r;
+    r.out = std::move(e.out);
+    r.err = std::move(e.err);
+    r.status = e.status;
+    r.timedOut = e.end == ldiff::End::TimedOut;
     return r;
 }
 
 Session::Session(const std::string &dir, std::vector<std::string> args, bool merged,
                  const std::map<std::string, std::optional<std::string>> &env)
-    : Session(dir, [&] {
-          RunOptions o;
-          o.args = std::move(args);
-          o.env = env;
-          o.merged = merged;
-          return o;
-      }(), -1) {}
-
-Session::Session(const std::string &dir, const RunOptions &options, int input) {
-    int in[2] = {input, -1}, out[2], err[2];
-    Check((input != -1 || pipe(in) == 0) && pipe(out) == 0 && pipe(err) == 0, "pipe");
+{
+    RunOptions options;
+    options.args = std::move(args);
+    options.env = env;
+    options.merged = merged;
+    int in[2], out[2], err[2];
+    Check(pipe(in) == 0 && pipe(out) == 0 && pipe(err) == 0, "pipe");
     pid_ = fork();
     Check(pid_ != -1, "fork");
     if (pid_ == 0) {

@@ -10,39 +10,29 @@
 #include <sys/types.h>
 #include <vector>
 
+#include "engine.h"
+
 namespace labtest {
 
 // The shell under test: $LABSH when set, else the one this build made.
 std::string LabshBinary();
 
-// A fresh directory under $TMPDIR (or /tmp), removed with all its contents
-// (whatever their permissions) when the object goes.
-class TempDir {
+// Fresh directories, files and /bin/sh commands, as labsh-diff has them;
+// the tests' directories are named labsh-test.*.
+class TempDir : public ldiff::TempDir {
   public:
-    TempDir();
-    ~TempDir();
-    TempDir(const TempDir &) = delete;
-    TempDir &operator=(const TempDir &) = delete;
-    const std::string &path() const { return path_; }
-    std::string operator/(const std::string &name) const { return path_ + "/" + name; }
-
-  private:
-    std::string path_;
+    TempDir() : ldiff::TempDir("labsh-test") {}
 };
+using ldiff::CloseFrom;
+using ldiff::ReadFile;
+using ldiff::RemoveTree;
+using ldiff::Shell;
+using ldiff::SignalName;
+using ldiff::WriteFile;
 
-void RemoveTree(const std::string &path);
-// Closes every descriptor from `first` up; safe in a child between fork and
-// exec.
-void CloseFrom(int first);
-// The signal's name without "SIG" ("SEGV"), or its number when unknown here.
-std::string SignalName(int sig);
 // Why the facts a test reads about another process from /proc cannot be had
 // here, or empty when they can.
 std::string NoProc();
-std::string ReadFile(const std::string &path);
-void WriteFile(const std::string &path, const std::string &content);
-// Runs a command with /bin/sh in a directory; returns its standard output.
-std::string Shell(const std::string &command, const std::string &dir, int *status = nullptr);
 
 struct RunOptions {
     std::vector<std::string> args;           // after the program name
@@ -52,6 +42,7 @@ struct RunOptions {
     std::string argv0;                        // program name as passed, default the binary path
     std::vector<std::string> wrapper;         // a program that runs the shell (e.g. valgrind)
     bool inheritDescriptors = false;          // pass on the test's descriptors past 2
+    std::string program;                      // run this instead of the shell under test
     std::chrono::seconds timeout{60};
 };
 
@@ -65,6 +56,7 @@ struct RunResult {
     int termSignal() const;  // 0 when it did not end by a signal
 };
 
+// The shell on a script, through labsh-diff's engine.
 RunResult Run(const std::string &input, const std::string &dir, const RunOptions &options = {});
 
 // Calls pump(ms) until `marker` is in `buffer`, then takes the text up to and
@@ -104,8 +96,6 @@ class Session {
     int wait(std::chrono::milliseconds timeout = std::chrono::seconds(20));
 
   private:
-    friend RunResult Run(const std::string &, const std::string &, const RunOptions &);
-    Session(const std::string &dir, const RunOptions &options, int input);
     void pump(int timeoutMs);
     pid_t pid_ = -1;
     int in_ = -1, out_ = -1, err_ = -1;
