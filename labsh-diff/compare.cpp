@@ -92,18 +92,22 @@ Prompt LearnPrompt(const RunSpec &shell) {
     WriteFile(s.input, "\n\n\n");
     s.timeout = std::min(s.timeout, 5.0);
     s.settle = 0;
+    s.limit = 1 << 16;
     RunResult r = Run(s, dir.path());
-    // Three empty lines: the prompt four times at the end, and not a fifth.
+    // Three empty lines: the prompt four times at the end, and not a fifth;
+    // a shell that stops early may show it only three or two times.
     const std::string &t = r.out;
     Prompt p;
-    for (size_t k = 1; 4 * k <= t.size(); k++) {
-        std::string x = t.substr(t.size() - k);
-        bool four = true;
-        for (size_t j = 2; j <= 4 && four; j++) four = t.compare(t.size() - j * k, k, x) == 0;
-        if (!four) continue;
-        if (5 * k <= t.size() && t.compare(t.size() - 5 * k, k, x) == 0) continue;
-        p.text.push_back(x);
-        break;
+    constexpr size_t Longest = 4096;  // no shell's prompt is longer
+    for (size_t times = 4; times >= 2 && p.text.empty(); times--) {
+        for (size_t k = 1; times * k <= t.size() && k <= Longest; k++) {
+            std::string x = t.substr(t.size() - k);
+            bool all = true;
+            for (size_t j = 2; j <= times && all; j++) all = t.compare(t.size() - j * k, k, x) == 0;
+            if (!all || ((times + 1) * k <= t.size() && t.compare(t.size() - (times + 1) * k, k, x) == 0)) continue;
+            p.text.push_back(x);
+            break;
+        }
     }
     if (p.text.empty()) return p;
     MakeSlot(p, dir.path(), 'D');

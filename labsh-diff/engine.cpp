@@ -102,38 +102,58 @@ struct Terminal {
     }
 };
 
-// Child side, before exec: a session of its own on the terminal, the
-// terminal's foreground given to a process that only waits.
-pid_t TakeTerminal(const char *slave) {
-    int fd = open(slave, O_RDWR);
-    if (fd == -1) return -1;
+// Writes all of a small record to a pipe; safe between fork and exec.
+void Tell(int fd, const void *what, size_t n) {
+    while (write(fd, what, n) == -1 && errno == EINTR) {
+    }
+}
+
+// A relay between labsh-diff and the shell: it leads a session of its own
+// with the terminal in its foreground, and runs the shell in a group of
+// that session outside the foreground. A shell that reads or writes the
+// terminal then stops (its group is not orphaned while the relay waits),
+// and the relay reports the stop, or the shell's end, as a wait status.
+[[noreturn]] void Relay(const char *slave, int report, int keep[], int nkeep, void (*shell)(void *), void *arg) {
+    setsid();
+    int tty = slave[0] != '\0' ? open(slave, O_RDWR) : -1;
 #ifdef TIOCSCTTY
-    ioctl(fd, TIOCSCTTY, 0);
+    if (tty != -1) ioctl(tty, TIOCSCTTY, 0);
 #endif
-    pid_t keeper = fork();
-    if (keeper == 0) {
+    pid_t child = fork();
+    if (child == 0) {
         setpgid(0, 0);
-        for (int i = 0; i < 1024; i++) close(i);
-        for (;;) pause();
+        if (tty != -1) close(tty);
+        close(report);
+        shell(arg);
     }
-    if (keeper > 0) {
-        setpgid(keeper, keeper);
-        tcsetpgrp(fd, keeper);
+    if (child > 0) setpgid(child, child);
+    for (int i = 0; i < nkeep; i++) close(keep[i]);
+    Tell(report, &child, sizeof child);
+    int st = 0;
+    while (child > 0) {
+        pid_t w = waitpid(child, &st, WUNTRACED);
+        if (w == -1 && errno == EINTR) continue;
+        if (w == child && WIFSTOPPED(st)) {
+            Tell(report, &st, sizeof st);
+            kill(child, SIGKILL);
+            continue;
+        }
+        if (w == child && !WIFSTOPPED(st)) Tell(report, &st, sizeof st);
+        break;
     }
-    close(fd);
-    return keeper;
+    _exit(0);
 }
 
 // Linux names each process's session, group and directory under /proc:
 // what a run left behind is found there even when it left the group.
-std::vector<pid_t> Leftovers(pid_t session, const std::string &dir) {
+std::vector<pid_t> Leftovers(pid_t session, pid_t group, const std::string &dir) {
     std::vector<pid_t> found;
     DIR *d = opendir("/proc");
     if (d == nullptr) return found;
     while (dirent *e = readdir(d)) {
         char *end;
         long pid = strtol(e->d_name, &end, 10);
-        if (*end != '\0' || pid <= 0 || pid == getpid()) continue;
+        if (*end != '\0' || pid <= 0 || pid == getpid() || pid == session) continue;
         std::string base = std::string("/proc/") + e->d_name;
         std::string stat = ReadFile(base + "/stat");
         size_t close = stat.rfind(')');
@@ -142,7 +162,7 @@ std::vector<pid_t> Leftovers(pid_t session, const std::string &dir) {
         long ppid = 0, pgrp = 0, sid = 0;
         if (sscanf(stat.c_str() + close + 1, " %c %ld %ld %ld", &state, &ppid, &pgrp, &sid) != 4 || state == 'Z')
             continue;
-        bool ours = sid == session || pgrp == session;
+        bool ours = sid == session || pgrp == group;
         if (!ours && !dir.empty()) {
             char cwd[PATH_MAX];
             ssize_t n = readlink((base + "/cwd").c_str(), cwd, sizeof cwd - 1);
@@ -231,11 +251,57 @@ std::string SignalName(int sig) {
     return std::to_string(sig);
 }
 
+namespace {
+
+// What the shell's own process does before exec.
+struct Launch {
+    const RunSpec *spec;
+    const std::string *dir;
+    int in, out, err, fail;
+    char **argv, **envp;
+};
+
+[[noreturn]] void Exec(void *arg) {
+    const Launch &l = *static_cast<Launch *>(arg);
+    if (chdir(l.dir->c_str()) == -1) {
+        int e = errno;
+        Tell(l.fail, &e, sizeof e);
+        _exit(127);
+    }
+    umask(022);
+    dup2(l.in, 0);
+    dup2(l.out, 1);
+    dup2(l.spec->merged ? l.out : l.err, 2);
+    for (int s = 1; s < NSIG; s++) signal(s, SIG_DFL);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    if (!l.spec->keepDescriptors) {
+        // `fail` closes at exec by itself; it is kept until then.
+        for (int fd = 3; fd < l.fail; fd++) close(fd);
+        CloseFrom(l.fail + 1);
+    }
+    execve(l.spec->program.c_str(), l.argv, l.envp);
+    int e = errno;
+    Tell(l.fail, &e, sizeof e);
+    _exit(127);
+}
+
+// Reads exactly one record, or returns false at the end of the pipe.
+bool Hear(int fd, void *into, size_t n) {
+    ssize_t got;
+    while ((got = read(fd, into, n)) == -1 && errno == EINTR) {
+    }
+    return got == static_cast<ssize_t>(n);
+}
+
+}  // namespace
+
 RunResult Run(const RunSpec &spec, const std::string &dir) {
     RunResult r;
     auto start = Clock::now();
-    // Everything the child needs is made before the fork: between fork and
-    // exec it only makes system calls.
+    // Everything the children need is made before the fork: between fork
+    // and exec they only make system calls.
     std::vector<std::string> words{spec.argv0.empty() ? spec.program : spec.argv0};
     words.insert(words.end(), spec.args.begin(), spec.args.end());
     std::vector<char *> argv;
@@ -255,147 +321,112 @@ RunResult Run(const RunSpec &spec, const std::string &dir) {
     envp.push_back(nullptr);
 
     int in = open(spec.input.empty() ? "/dev/null" : spec.input.c_str(), O_RDONLY | O_CLOEXEC);
-    int out[2] = {-1, -1}, err[2] = {-1, -1}, fail[2] = {-1, -1};
-    if (in == -1 || pipe(out) != 0 || (!spec.merged && pipe(err) != 0) || pipe(fail) != 0) {
-        r.startErrno = errno;
-        for (int fd : {in, out[0], out[1], err[0], err[1], fail[0], fail[1]})
+    int out[2] = {-1, -1}, err[2] = {-1, -1}, fail[2] = {-1, -1}, report[2] = {-1, -1};
+    auto closeAll = [&] {
+        for (int fd : {in, out[0], out[1], err[0], err[1], fail[0], fail[1], report[0], report[1]})
             if (fd != -1) close(fd);
+    };
+    if (in == -1 || pipe(out) != 0 || (!spec.merged && pipe(err) != 0) || pipe(fail) != 0 || pipe(report) != 0) {
+        r.startErrno = errno;
+        closeAll();
         return r;
     }
-    fcntl(fail[1], F_SETFD, FD_CLOEXEC);
+    for (int fd : {out[0], err[0], fail[0], report[0], fail[1]})
+        if (fd != -1) fcntl(fd, F_SETFD, FD_CLOEXEC);
     Terminal tty;
-    pid_t pid = fork();
-    if (pid == 0) {
-        setsid();
-        // The parent learns the keeper's pid first, then an errno if exec fails.
-        pid_t keeper = tty.master != -1 ? TakeTerminal(tty.slave) : -1;
-        (void)!write(fail[1], &keeper, sizeof keeper);
-        if (chdir(dir.c_str()) == -1) {
-            int e = errno;
-            (void)!write(fail[1], &e, sizeof e);
-            _exit(127);
-        }
-        umask(022);
-        dup2(in, 0);
-        dup2(out[1], 1);
-        dup2(spec.merged ? out[1] : err[1], 2);
-        for (int s = 1; s < NSIG; s++) signal(s, SIG_DFL);
-        sigset_t none;
-        sigemptyset(&none);
-        sigprocmask(SIG_SETMASK, &none, nullptr);
-        if (!spec.keepDescriptors) {
-            // fail[1] closes at exec by itself; it is kept until then.
-            int keep = fail[1];
-            for (int fd = 3; fd < keep; fd++) close(fd);
-            CloseFrom(keep + 1);
-        }
-        execve(spec.program.c_str(), argv.data(), envp.data());
-        int e = errno;
-        (void)!write(fail[1], &e, sizeof e);
-        _exit(127);
+    Launch launch{&spec, &dir, in, out[1], err[1], fail[1], argv.data(), envp.data()};
+    pid_t relay = fork();
+    if (relay == 0) {
+        int keep[] = {in, out[1], err[1] == -1 ? out[1] : err[1], fail[1]};
+        Relay(tty.slave, report[1], keep, 4, Exec, &launch);
     }
-    for (int fd : {in, out[1], err[1], fail[1]})
+    for (int fd : {in, out[1], err[1], fail[1], report[1]})
         if (fd != -1) close(fd);
-    if (pid == -1) {
-        r.startErrno = errno;
-        for (int fd : {out[0], err[0], fail[0]})
-            if (fd != -1) close(fd);
+    in = out[1] = err[1] = fail[1] = report[1] = -1;
+    pid_t pid = -1;
+    if (relay == -1 || !Hear(report[0], &pid, sizeof pid) || pid <= 0) {
+        r.startErrno = relay == -1 ? errno : EAGAIN;
+        if (relay > 0) waitpid(relay, nullptr, 0);
+        closeAll();
         return r;
     }
     r.pid = pid;
-    pid_t keeper = -1;
-    while (read(fail[0], &keeper, sizeof keeper) == -1 && errno == EINTR) {
-    }
     int e = 0;
-    ssize_t got;
-    while ((got = read(fail[0], &e, sizeof e)) == -1 && errno == EINTR) {
-    }
-    close(fail[0]);
-    bool started = got != static_cast<ssize_t>(sizeof e);
+    bool started = !Hear(fail[0], &e, sizeof e);
     if (!started) r.startErrno = e;
 
-    int outfd = out[0], errfd = err[0];
-    size_t total = 0;
+    int outfd = out[0], errfd = err[0], repfd = report[0];
     bool finished = false;
     auto deadline = start + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(spec.timeout));
     Clock::time_point quietSince{};
-    auto kept = [&] { return r.out.size() + r.err.size(); };
-    auto room = [&] { return spec.limit > kept() ? spec.limit - kept() : 0; };
+    auto room = [&] {
+        size_t kept = r.out.size() + r.err.size();
+        return spec.limit > kept ? spec.limit - kept : 0;
+    };
     while (true) {
-        if (!finished) {
-            int st;
-            pid_t w = waitpid(pid, &st, WNOHANG | WUNTRACED);
-            if (w == pid && WIFSTOPPED(st)) {
-                r.end = End::Terminal;
-                break;
-            }
-            if (w == pid) {
-                finished = true;
-                r.status = st;
-                r.end = WIFEXITED(st) ? End::Exited : End::Signaled;
-                quietSince = Clock::now();
-            }
-        }
-        if (outfd == -1 && errfd == -1) {
-            if (finished) break;
-            if (Clock::now() >= deadline) {
-                r.end = End::TimedOut;
-                break;
-            }
-            std::this_thread::sleep_for(std::chrono::milliseconds(2));
-            continue;
-        }
         auto now = Clock::now();
         if (now >= deadline) {
             if (!finished) r.end = End::TimedOut;
             else r.children = true;
             break;
         }
+        if (finished && outfd == -1 && errfd == -1) break;
         int wait = 20;
         if (finished) {
             auto left = std::chrono::milliseconds(spec.settle) - (now - quietSince);
             wait = static_cast<int>(std::clamp<long long>(
                 std::chrono::duration_cast<std::chrono::milliseconds>(left).count(), 0, 10));
         }
-        pollfd fds[2] = {{outfd, POLLIN, 0}, {errfd, POLLIN, 0}};
-        int ready = poll(fds, 2, wait);
+        pollfd fds[3] = {{outfd, POLLIN, 0}, {errfd, POLLIN, 0}, {repfd, POLLIN, 0}};
+        int ready = poll(fds, 3, wait);
         if (ready == 0 && finished && Clock::now() - quietSince >= std::chrono::milliseconds(spec.settle)) {
             r.children = true;  // something of the run still holds its output open
             break;
         }
-        if (ready > 0) {
-            size_t n = 0;
-            if (fds[0].revents) n += Append(outfd, r.out, room(), r.cut);
-            if (fds[1].revents) n += Append(errfd, r.err, room(), r.cut);
-            total += n;
-            if (n > 0) quietSince = Clock::now();
-            if (r.cut) {
-                if (!finished) r.end = End::Flooded;
-                else r.children = true;
+        if (ready <= 0) continue;
+        if (fds[2].revents) {
+            int st;
+            if (Hear(repfd, &st, sizeof st)) {
+                if (WIFSTOPPED(st)) {
+                    r.end = End::Terminal;
+                    break;
+                }
+                finished = true;
+                r.status = st;
+                r.end = WIFEXITED(st) ? End::Exited : End::Signaled;
+                quietSince = Clock::now();
+            }
+            close(repfd);
+            repfd = -1;
+            if (!finished) {  // the relay went without a word
+                r.end = End::Signaled;
                 break;
             }
         }
-    }
-    // The end of the run: its group, its session, and on Linux whatever
-    // else still works in its directory.
-    kill(-pid, SIGKILL);
-    if (!finished) {
-        kill(pid, SIGKILL);
-        int st;
-        while (waitpid(pid, &st, 0) == -1 && errno == EINTR) {
+        size_t n = 0;
+        if (fds[0].revents) n += Append(outfd, r.out, room(), r.cut);
+        if (fds[1].revents) n += Append(errfd, r.err, room(), r.cut);
+        if (n > 0) quietSince = Clock::now();
+        if (r.cut) {
+            if (!finished) r.end = End::Flooded;
+            else r.children = true;
+            break;
         }
-        if (r.end == End::Exited || r.end == End::Signaled) r.status = st;
     }
+    // The end of the run: the shell's group, the relay's session, and on
+    // Linux whatever else still works in the run's directory.
+    kill(-pid, SIGKILL);
+    kill(relay, SIGKILL);
     for (int round = 0; round < 5; round++) {
-        std::vector<pid_t> rest = Leftovers(pid, dir);
-        rest.erase(std::remove(rest.begin(), rest.end(), keeper), rest.end());
-        if (keeper > 0) kill(keeper, SIGKILL);
+        std::vector<pid_t> rest = Leftovers(relay, pid, dir);
         if (rest.empty()) break;
         if (finished) r.children = true;
         for (pid_t p : rest) kill(p, SIGKILL);
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
-    for (int fd : {outfd, errfd})
+    while (waitpid(relay, nullptr, 0) == -1 && errno == EINTR) {
+    }
+    for (int fd : {outfd, errfd, repfd, fail[0]})
         if (fd != -1) close(fd);
     if (!started) r.end = End::NotStarted;
     r.seconds = std::chrono::duration<double>(Clock::now() - start).count();

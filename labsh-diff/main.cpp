@@ -35,6 +35,7 @@ const char Usage[] =
     "  --exact            sin normalizar ningun valor\n"
     "  --no-REGLA         sin la regla REGLA (--show-rules las lista)\n"
     "  --practica N       el guion de la practica N para cada SHELL, con una tabla por comando\n"
+    "  --script GUION     con --practica, este guion en lugar del de la practica\n"
     "  -j N               ejecuciones a la vez (por defecto, los procesadores)\n"
     "  --csv FICHERO      la tabla en CSV\n"
     "  --html FICHERO     la tabla y las diferencias en una pagina HTML\n"
@@ -83,7 +84,7 @@ std::string Dirname(const std::string &p) {
 std::string Basename(const std::string &p) { return p.substr(p.rfind('/') + 1); }
 
 struct Options {
-    std::string reference, setup, csv, html, record;
+    std::string reference, setup, csv, html, record, script;
     std::vector<std::string> scripts;
     std::vector<std::string> shell;   // after --
     std::vector<std::string> shells;  // with --practica
@@ -116,6 +117,7 @@ Options Parse(int argc, char *argv[]) {
         else if (a == "--csv") o.csv = value(i);
         else if (a == "--html") o.html = value(i);
         else if (a == "--record") o.record = value(i);
+        else if (a == "--script") o.script = value(i);
         else if (a == "--startup") o.countStartup = true;
         else if (a == "--show-rules") o.showRules = true;
         else if (a == "--exact") o.rules = AllRules(false);
@@ -211,6 +213,7 @@ Ran RunScript(const Subject &s, const std::string &script, const std::vector<std
     ran.r = Run(spec, dir.path());
     ran.facts = {dir.path(), spec.argv0};
     ran.pieces = Cut(ran.r.out, s.prompt, lines);
+    if (ran.r.end == End::NotStarted) ran.pieces.ok = true;  // no line ran
     return ran;
 }
 
@@ -295,7 +298,7 @@ int main(int argc, char *argv[]) {
     if (o.practica >= 0) {
         if (!o.scripts.empty()) Fail("--practica no lleva guiones");
         if (o.shells.empty()) Fail("falta al menos un SHELL");
-        scripts = {PracticaScript(argv[0], o.practica)};
+        scripts = {o.script.empty() ? PracticaScript(argv[0], o.practica) : o.script};
         for (const auto &s : o.shells) shells.push_back(MakeShell(s, {}, o));
     } else {
         if (scripts.empty()) Fail("falta el guion");

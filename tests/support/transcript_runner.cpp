@@ -6,6 +6,9 @@
 //   === name of the case
 //   --- args            words given after the program name, one per line
 //   --- argv0           the program name to pass instead of the binary's path
+//   --- program         run this instead of the shell: "labsh-diff" is the
+//                       one this build made (setup scripts and the program
+//                       find the shell under test in $LABSH)
 //   --- env             NAME=value to set, -NAME to unset, one per line
 //   --- setup           /bin/sh script run in the fresh directory first
 //   --- stdin           the input, exactly (each line ends with a newline)
@@ -19,7 +22,9 @@
 //   --- post-stdout     its expected output
 //   --- requires        words: "unsanitized" (skipped in the sanitizer build,
 //                       for the faults the shell provokes on purpose), "root",
-//                       "nonroot", or "program NAME" (found on PATH); a case
+//                       "nonroot", "program NAME" (found on PATH), or
+//                       "own-shell" (the shell this build made is the one
+//                       under test); a case
 //                       skipped is reported and counted, and a file whose
 //                       every case is skipped exits with 77
 //
@@ -62,7 +67,7 @@ struct Case {
     std::string name;
     int line = 0;
     std::vector<std::string> args, env, needs;
-    std::string argv0, setup, input, stdinFile, post;
+    std::string argv0, program, setup, input, stdinFile, post;
     bool noeol = false;
     std::optional<std::string> out, err, merged, postOut;
     std::string status = "0";
@@ -103,6 +108,7 @@ std::vector<Case> Parse(const std::string &path) {
             else if (section == "requires") list = &c.needs;
             else if (section == "env") list = &c.env;
             else if (section == "argv0") target = &c.argv0;
+            else if (section == "program") target = &c.program;
             else if (section == "setup") target = &c.setup;
             else if (section == "stdin") target = &c.input;
             else if (section == "stdin-noeol") { target = &c.input; c.noeol = true; }
@@ -124,7 +130,7 @@ std::vector<Case> Parse(const std::string &path) {
     }
     finish();
     for (Case &c : cases) {
-        for (std::string *s : {&c.argv0, &c.stdinFile, &c.status})
+        for (std::string *s : {&c.argv0, &c.program, &c.stdinFile, &c.status})
             while (!s->empty() && (s->back() == '\n' || s->back() == ' ')) s->pop_back();
     }
     return cases;
@@ -300,6 +306,7 @@ std::string Unmet(const Case &c) {
         if (r == "unsanitized" && getenv("LABSH_SANITIZED") != nullptr) return "sanitizer build";
         if (r == "root" && geteuid() != 0) return "needs root";
         if (r == "nonroot" && geteuid() == 0) return "runs as root";
+        if (r == "own-shell" && labtest::LabshBinary() != LABSH_DEFAULT_BINARY) return "another shell under test";
         if (r.rfind("program ", 0) == 0) {
             int st = 0;
             labtest::Shell("command -v " + r.substr(8) + " >/dev/null", "/", &st);
@@ -311,6 +318,7 @@ std::string Unmet(const Case &c) {
 
 bool RunCase(const Case &c, std::string &report) {
     labtest::TempDir dir;
+    setenv("LABSH", labtest::LabshBinary().c_str(), 1);
     if (!c.setup.empty()) {
         int st = 0;
         labtest::Shell(c.setup, dir.path(), &st);
@@ -322,6 +330,7 @@ bool RunCase(const Case &c, std::string &report) {
     labtest::RunOptions o;
     o.args = c.args;
     o.argv0 = c.argv0;
+    o.program = c.program == "labsh-diff" ? LABSH_DIFF_BINARY : c.program;
     o.merged = c.merged.has_value();
     if (!c.stdinFile.empty()) o.stdinFile = dir / c.stdinFile;
     for (const auto &e : c.env) {
