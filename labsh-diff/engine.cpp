@@ -21,6 +21,9 @@
 #include <termios.h>
 #include <thread>
 #include <unistd.h>
+#ifdef __linux__
+#include <sched.h>
+#endif
 
 extern char **environ;
 
@@ -102,6 +105,36 @@ struct Terminal {
     }
 };
 
+#ifdef __linux__
+// Written before any fork: a child of a threaded program makes no text.
+std::string UidMap, GidMap;
+bool Unshared = false;
+
+bool WriteAll(const char *path, const std::string &text) {
+    int fd = open(path, O_WRONLY);
+    if (fd == -1) return false;
+    bool ok = write(fd, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+    close(fd);
+    return ok;
+}
+#endif
+
+// System V keys are the machine's: two runs at once, or a segment an earlier
+// run left, would make one shell's `shared` see another's. On Linux each run
+// gets a set of keys of its own (root: a namespace; anyone else: in a user
+// namespace that maps the user to itself, so every id prints the same).
+bool Isolate() {
+#ifdef __linux__
+    if (!Unshared) return false;
+    if (geteuid() == 0) return unshare(CLONE_NEWIPC) == 0;
+    if (unshare(CLONE_NEWUSER | CLONE_NEWIPC) != 0) return false;
+    WriteAll("/proc/self/setgroups", "deny");
+    return WriteAll("/proc/self/uid_map", UidMap) && WriteAll("/proc/self/gid_map", GidMap);
+#else
+    return false;
+#endif
+}
+
 // Writes all of a small record to a pipe; safe between fork and exec.
 void Tell(int fd, const void *what, size_t n) {
     while (write(fd, what, n) == -1 && errno == EINTR) {
@@ -115,6 +148,7 @@ void Tell(int fd, const void *what, size_t n) {
 // and the relay reports the stop, or the shell's end, as a wait status.
 [[noreturn]] void Relay(const char *slave, int report, int keep[], int nkeep, void (*shell)(void *), void *arg) {
     setsid();
+    Isolate();
     int tty = slave[0] != '\0' ? open(slave, O_RDWR) : -1;
 #ifdef TIOCSCTTY
     if (tty != -1) ioctl(tty, TIOCSCTTY, 0);
@@ -431,6 +465,21 @@ RunResult Run(const RunSpec &spec, const std::string &dir) {
     if (!started) r.end = End::NotStarted;
     r.seconds = std::chrono::duration<double>(Clock::now() - start).count();
     return r;
+}
+
+bool IsolateRuns() {
+#ifdef __linux__
+    UidMap = std::to_string(geteuid()) + " " + std::to_string(geteuid()) + " 1\n";
+    GidMap = std::to_string(getegid()) + " " + std::to_string(getegid()) + " 1\n";
+    Unshared = true;
+    pid_t p = fork();
+    if (p == 0) _exit(Isolate() ? 0 : 1);
+    int st = 0;
+    Unshared = p > 0 && waitpid(p, &st, 0) == p && WIFEXITED(st) && WEXITSTATUS(st) == 0;
+    return Unshared;
+#else
+    return false;
+#endif
 }
 
 std::string EndText(const RunResult &r) {

@@ -74,6 +74,11 @@ struct RunResult {
 // every process of the run and returns what it wrote.
 RunResult Run(const RunSpec &spec, const std::string &dir);
 
+// Gives every later run System V keys of its own, where the system can;
+// call it once, before any run and any thread. False when runs share the
+// machine's keys (then no two should run at once).
+bool IsolateRuns();
+
 // A short Spanish text for how a run ended ("salio con 1", "senal SEGV").
 std::string EndText(const RunResult &r);
 

@@ -281,6 +281,7 @@ int main(int argc, char *argv[]) {
             printf("%-12s %s  %s\n", Rules()[r].name, o.rules[r] ? "si" : "no", Rules()[r].what);
         return 0;
     }
+    if (!IsolateRuns()) o.jobs = 1;  // shared memory keys would be shared
     Subject ref = MakeShell(o.reference.empty() ? DefaultReference(argv[0]) : o.reference, {}, o);
     if (!Executable(ref.spec.program)) Fail("no se puede ejecutar la referencia " + ref.spec.program);
 
