@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "report.h"
+#include "transcript.h"
 
 using namespace ldiff;
 
@@ -23,6 +24,7 @@ const char Usage[] =
     "Uso: labsh-diff [opciones] GUION... -- SHELL [ARGUMENTOS...]\n"
     "     labsh-diff [opciones] --practica N SHELL...\n"
     "     labsh-diff [opciones] --record GUION\n"
+    "     labsh-diff --check CASOS.t... [-- SHELL [ARGUMENTOS...]]\n"
     "     labsh-diff --show-rules\n"
     "Ejecuta cada guion en labsh y en SHELL, cada uno en un directorio nuevo, y compara\n"
     "lo que imprime cada linea del guion.\n"
@@ -40,6 +42,7 @@ const char Usage[] =
     "  --csv FICHERO      la tabla en CSV\n"
     "  --html FICHERO     la tabla y las diferencias en una pagina HTML\n"
     "  --record GUION     escribe un caso de transcripcion con la salida de labsh\n"
+    "  --check            comprueba SHELL (por defecto labsh) con ficheros de casos\n"
     "Estado de salida: 0 todas las lineas iguales, 1 alguna distinta, 2 error de uso o\n"
     "una referencia que no se puede ejecutar.\n";
 
@@ -91,7 +94,7 @@ struct Options {
     int practica = -1;
     double timeout = 10;
     size_t limit = 4u << 20;
-    bool countStartup = false, showRules = false;
+    bool countStartup = false, showRules = false, check = false;
     unsigned jobs = std::max(1u, std::thread::hardware_concurrency());
     std::vector<bool> rules = AllRules();
 };
@@ -119,6 +122,7 @@ Options Parse(int argc, char *argv[]) {
         else if (a == "--record") o.record = value(i);
         else if (a == "--script") o.script = value(i);
         else if (a == "--startup") o.countStartup = true;
+        else if (a == "--check") o.check = true;
         else if (a == "--show-rules") o.showRules = true;
         else if (a == "--exact") o.rules = AllRules(false);
         else if (a == "--timeout" || a == "--limit" || a == "-j" || a == "--practica") {
@@ -285,6 +289,17 @@ int main(int argc, char *argv[]) {
     Subject ref = MakeShell(o.reference.empty() ? DefaultReference(argv[0]) : o.reference, {}, o);
     if (!Executable(ref.spec.program)) Fail("no se puede ejecutar la referencia " + ref.spec.program);
 
+    if (o.check) {
+        if (o.scripts.empty()) Fail("falta el fichero de casos");
+        Subject shell = o.shell.empty() ? ref : MakeShell(o.shell[0], {o.shell.begin() + 1, o.shell.end()}, o);
+        std::string self = Absolute(Locate(argv[0]));
+        int worst = 77;
+        for (const auto &file : o.scripts) {
+            int r = CheckTranscript(file, shell.spec, self, shell.spec.program == ref.spec.program);
+            worst = r == 77 ? worst : worst == 77 ? r : std::max(worst, r);
+        }
+        return worst;
+    }
     if (!o.record.empty()) {
         std::string text = ReadFile(o.record);
         if (access(o.record.c_str(), R_OK) != 0) Fail("no se puede leer " + o.record + ": " + strerror(errno));

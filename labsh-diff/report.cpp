@@ -65,8 +65,9 @@ std::string FirstWord(const std::string &line) {
 
 }  // namespace
 
+// Ending as labsh ended (both leaving a process behind, say) is no fault.
 bool Outcome::equal() const {
-    return cmp.equal == cmp.counted && (!countStartup || cmp.startup == Mark::Equal) && Trouble(run).empty();
+    return cmp.equal == cmp.counted && (!countStartup || cmp.startup == Mark::Equal) && Trouble(run) == Trouble(ref);
 }
 
 std::string Trouble(const RunResult &r) {

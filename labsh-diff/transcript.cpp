@@ -1,14 +1,14 @@
-// Runs the cases of one transcript file against the shell ($LABSH, default
-// the one this build made) and reports every difference.
+// Runs the cases of one transcript file against a shell and reports every
+// difference.
 //
 // A transcript holds cases:
 //
 //   === name of the case
 //   --- args            words given after the program name, one per line
 //   --- argv0           the program name to pass instead of the binary's path
-//   --- program         run this instead of the shell: "labsh-diff" is the
-//                       one this build made (setup scripts and the program
-//                       find the shell under test in $LABSH)
+//   --- program         run this instead of the shell: "labsh-diff" is this
+//                       program (setup scripts and the program find the
+//                       shell under test in $LABSH)
 //   --- env             NAME=value to set, -NAME to unset, one per line
 //   --- setup           /bin/sh script run in the fresh directory first
 //   --- stdin           the input, exactly (each line ends with a newline)
@@ -23,8 +23,8 @@
 //   --- requires        words: "unsanitized" (skipped in the sanitizer build,
 //                       for the faults the shell provokes on purpose), "root",
 //                       "nonroot", "program NAME" (found on PATH), or
-//                       "own-shell" (the shell this build made is the one
-//                       under test); a case
+//                       "own-shell" (the shell under test is labsh-diff's
+//                       own reference); a case
 //                       skipped is reported and counted, and a file whose
 //                       every case is skipped exits with 77
 //
@@ -59,7 +59,9 @@
 #include <string>
 #include <vector>
 
-#include "support/session.h"
+#include <sys/wait.h>
+
+#include "transcript.h"
 
 namespace {
 
@@ -75,7 +77,7 @@ struct Case {
 
 std::vector<Case> Parse(const std::string &path) {
     std::ifstream f(path);
-    if (!f) throw std::runtime_error("cannot read " + path);
+    if (!f) throw std::runtime_error("no se puede leer " + path);
     std::vector<Case> cases;
     std::string line, section;
     std::string *target = nullptr;
@@ -119,7 +121,7 @@ std::vector<Case> Parse(const std::string &path) {
             else if (section == "status") { target = &c.status; c.status.clear(); }
             else if (section == "post") target = &c.post;
             else if (section == "post-stdout") target = &c.postOut.emplace();
-            else throw std::runtime_error(path + ":" + std::to_string(n) + ": unknown section " + section);
+            else throw std::runtime_error(path + ":" + std::to_string(n) + ": seccion desconocida " + section);
             continue;
         }
         if (list != nullptr) {
@@ -174,7 +176,7 @@ std::string Expand(const std::string &line, bool regex) {
         } else {
             const ErrorName *e = std::find_if(std::begin(ErrorNames), std::end(ErrorNames),
                                               [&](const ErrorName &x) { return name == x.name; });
-            if (e == std::end(ErrorNames)) throw std::runtime_error("unknown name {{" + name + "}} in: " + line);
+            if (e == std::end(ErrorNames)) throw std::runtime_error("nombre desconocido {{" + name + "}} en: " + line);
             text = strerror(e->number);
         }
         out += line.substr(at, open - at) + (regex ? Escape(text) : text);
@@ -277,10 +279,10 @@ bool Match(const std::vector<Pattern> &ps, size_t i, const std::vector<Line> &ls
 // First line where expectation and output part, for the report.
 std::string Report(const std::string &what, const std::string &expected, const std::string &actual) {
     std::ostringstream r;
-    r << "  " << what << " differs.\n  --- expected\n";
+    r << "  " << what << " distinta.\n  --- esperada\n";
     for (const auto &p : Compile(expected)) r << "    " << (p.kind == Pattern::Regex ? "~ " : "") << p.text
                                               << (p.noeol ? " (no-eol)" : "") << "\n";
-    r << "  --- actual\n";
+    r << "  --- obtenida\n";
     for (const auto &l : Lines(actual)) r << "    " << l.text << (l.noeol ? " (no-eol)" : "") << "\n";
     return r.str();
 }
@@ -291,115 +293,116 @@ bool Compare(const std::string &what, const std::string &expected, const std::st
     return false;
 }
 
-std::string StatusText(const labtest::RunResult &r) {
-    if (r.timedOut) return "timeout";
-    if (r.exited()) return std::to_string(r.exitCode());
-    if (int s = r.termSignal()) {
-        return "signal " + labtest::SignalName(s);
-    }
-    return "unknown";
+std::string StatusText(const ldiff::RunResult &r) {
+    if (r.end == ldiff::End::TimedOut) return "timeout";
+    if (r.end == ldiff::End::Exited) return std::to_string(WEXITSTATUS(r.status));
+    if (r.end == ldiff::End::Signaled) return "signal " + ldiff::SignalName(WTERMSIG(r.status));
+    return ldiff::EndText(r);
 }
 
 // Why a case cannot run here, or empty.
-std::string Unmet(const Case &c) {
+std::string Unmet(const Case &c, bool ownShell) {
     for (const std::string &r : c.needs) {
-        if (r == "unsanitized" && getenv("LABSH_SANITIZED") != nullptr) return "sanitizer build";
-        if (r == "root" && geteuid() != 0) return "needs root";
-        if (r == "nonroot" && geteuid() == 0) return "runs as root";
-        if (r == "own-shell" && labtest::LabshBinary() != LABSH_DEFAULT_BINARY) return "another shell under test";
+        if (r == "unsanitized" && getenv("LABSH_SANITIZED") != nullptr) return "compilacion con sanitizers";
+        if (r == "root" && geteuid() != 0) return "necesita root";
+        if (r == "nonroot" && geteuid() == 0) return "no con root";
+        if (r == "own-shell" && !ownShell) return "se prueba otro shell";
         if (r.rfind("program ", 0) == 0) {
             int st = 0;
-            labtest::Shell("command -v " + r.substr(8) + " >/dev/null", "/", &st);
-            if (st != 0) return r.substr(8) + " not installed";
+            ldiff::Shell("command -v " + r.substr(8) + " >/dev/null", "/", &st);
+            if (st != 0) return r.substr(8) + " no instalado";
         }
     }
     return "";
 }
 
-bool RunCase(const Case &c, std::string &report) {
-    labtest::TempDir dir;
-    setenv("LABSH", labtest::LabshBinary().c_str(), 1);
+bool RunCase(const Case &c, const ldiff::RunSpec &shell, const std::string &self, std::string &report) {
+    ldiff::TempDir dir("labsh-test");
+    setenv("LABSH", shell.program.c_str(), 1);
     if (!c.setup.empty()) {
         int st = 0;
-        labtest::Shell(c.setup, dir.path(), &st);
+        ldiff::Shell(c.setup, dir.path(), &st);
         if (st != 0) {
-            report += "  setup failed\n";
+            report += "  la preparacion fallo\n";
             return false;
         }
     }
-    labtest::RunOptions o;
+    ldiff::TempDir scratch;
+    ldiff::RunSpec o = shell;
     o.args = c.args;
     o.argv0 = c.argv0;
-    o.program = c.program == "labsh-diff" ? LABSH_DIFF_BINARY : c.program;
+    if (!c.program.empty()) o.program = c.program == "labsh-diff" ? self : c.program;
     o.merged = c.merged.has_value();
-    if (!c.stdinFile.empty()) o.stdinFile = dir / c.stdinFile;
+    o.timeout = 60;
+    o.limit = SIZE_MAX;
+    o.input = c.stdinFile.empty() ? scratch / "input" : dir / c.stdinFile;
+    if (c.stdinFile.empty()) ldiff::WriteFile(o.input, c.input);
     for (const auto &e : c.env) {
         if (e[0] == '-')
-            o.env[e.substr(1)] = std::nullopt;
+            o.env.emplace_back(e.substr(1), std::nullopt);
         else if (auto eq = e.find('='); eq != std::string::npos)
-            o.env[e.substr(0, eq)] = e.substr(eq + 1);
+            o.env.emplace_back(e.substr(0, eq), e.substr(eq + 1));
     }
-    labtest::RunResult r = labtest::Run(c.input, dir.path(), o);
+    ldiff::RunResult r = ldiff::Run(o, dir.path());
     bool ok = true;
     if (c.merged) {
-        ok &= Compare("output (both streams)", *c.merged, r.out, report);
+        ok &= Compare("salida (los dos flujos)", *c.merged, r.out, report);
     } else {
-        ok &= Compare("standard output", c.out.value_or(""), r.out, report);
-        ok &= Compare("standard error", c.err.value_or(""), r.err, report);
+        ok &= Compare("salida estandar", c.out.value_or(""), r.out, report);
+        ok &= Compare("salida de error", c.err.value_or(""), r.err, report);
     }
     std::string st = StatusText(r);
     if (st != c.status) {
-        report += "  status: expected " + c.status + ", got " + st + "\n";
+        report += "  estado: se esperaba " + c.status + ", es " + st + "\n";
         ok = false;
     }
     if (!c.post.empty()) {
-        std::string out = labtest::Shell(c.post, dir.path());
-        ok &= Compare("post output", c.postOut.value_or(""), out, report);
+        std::string out = ldiff::Shell(c.post, dir.path());
+        ok &= Compare("salida posterior", c.postOut.value_or(""), out, report);
     }
     return ok;
 }
 
 }  // namespace
 
-// Exit status when no case could run here: ctest counts the file as skipped.
-constexpr int SkippedAll = 77;
+namespace ldiff {
 
-int main(int argc, char *argv[]) {
-    if (argc != 2) {
-        fprintf(stderr, "usage: %s file.t\n", argv[0]);
-        return 2;
-    }
+int CheckTranscript(const std::string &file, const RunSpec &shell, const std::string &self, bool ownShell) {
+    // Exit status when no case could run here: ctest counts the file as skipped.
+    constexpr int SkippedAll = 77;
     signal(SIGPIPE, SIG_IGN);
     std::vector<Case> cases;
     try {
-        cases = Parse(argv[1]);
+        cases = Parse(file);
     } catch (const std::exception &e) {
-        fprintf(stderr, "%s\n", e.what());
+        fprintf(stderr, "labsh-diff: %s\n", e.what());
         return 2;
     }
     int failed = 0, skipped = 0;
     for (const Case &c : cases) {
         std::string report;
-        if (std::string why = Unmet(c); !why.empty()) {
-            printf("skip %s:%d %s (%s)\n", argv[1], c.line, c.name.c_str(), why.c_str());
+        if (std::string why = Unmet(c, ownShell); !why.empty()) {
+            printf("omitido %s:%d %s (%s)\n", file.c_str(), c.line, c.name.c_str(), why.c_str());
             skipped++;
             continue;
         }
         bool ok;
         try {
-            ok = RunCase(c, report);
+            ok = RunCase(c, shell, self, report);
         } catch (const std::exception &e) {
             ok = false;
             report = std::string("  ") + e.what() + "\n";
         }
-        printf("%s %s:%d %s\n", ok ? "ok  " : "FAIL", argv[1], c.line, c.name.c_str());
+        printf("%s %s:%d %s\n", ok ? "ok   " : "FALLA", file.c_str(), c.line, c.name.c_str());
         if (!ok) {
             printf("%s", report.c_str());
             failed++;
         }
+        fflush(stdout);
     }
-    printf("%zu cases, %d failed, %d skipped (shell: %s)\n", cases.size(), failed, skipped,
-           labtest::LabshBinary().c_str());
+    printf("%zu casos, %d fallan, %d omitidos (shell: %s)\n", cases.size(), failed, skipped, shell.program.c_str());
     if (failed != 0) return 1;
     return !cases.empty() && static_cast<size_t>(skipped) == cases.size() ? SkippedAll : 0;
 }
+
+}  // namespace ldiff

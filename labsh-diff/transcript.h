@@ -1,0 +1,18 @@
+// Checking a shell against transcripts: files of cases, each a script with
+// the output it must give, written by hand or by --record.
+#pragma once
+
+#include <string>
+
+#include "engine.h"
+
+namespace ldiff {
+
+// Runs every case of the transcript `file` on `shell` (the program any case
+// may name instead: `self` for "labsh-diff"), prints "ok" or "FALLA" per
+// case with the differences, and returns 0 when all pass, 1 when one fails,
+// 2 when the file cannot be read, 77 when no case could run here. `ownShell`
+// tells whether the shell is labsh-diff's own reference.
+int CheckTranscript(const std::string &file, const RunSpec &shell, const std::string &self, bool ownShell);
+
+}  // namespace ldiff
