@@ -109,6 +109,23 @@ Prompt LearnPrompt(const RunSpec &shell) {
             break;
         }
     }
+    // A shell that goes on printing after the empty lines (a flood): the
+    // earliest text, near the start, that comes exactly four times in a row.
+    if (p.text.empty()) {
+        const size_t n = std::min<size_t>(t.size(), 8192);
+        size_t best = n, bestK = 0;
+        for (size_t k = 1; 4 * k <= n && k <= 1024; k++) {
+            // run[i]: how many bytes from i on equal those k further on.
+            std::vector<size_t> run(n + 1, 0);
+            for (size_t i = n - k; i-- > 0;) run[i] = t[i] == t[i + k] ? run[i + 1] + 1 : 0;
+            for (size_t i = 0; i + 4 * k <= n && i < best; i++)
+                if (run[i] >= 3 * k && run[i] < 4 * k && (i < k || run[i - k] < k)) {
+                    best = i, bestK = k;
+                    break;
+                }
+        }
+        if (bestK > 0) p.text.push_back(t.substr(best, bestK));
+    }
     if (p.text.empty()) return p;
     MakeSlot(p, dir.path(), 'D');
     std::string base = dir.path().substr(dir.path().rfind('/') + 1);

@@ -146,7 +146,7 @@ void Tell(int fd, const void *what, size_t n) {
 // that session outside the foreground. A shell that reads or writes the
 // terminal then stops (its group is not orphaned while the relay waits),
 // and the relay reports the stop, or the shell's end, as a wait status.
-[[noreturn]] void Relay(const char *slave, int report, int keep[], int nkeep, void (*shell)(void *), void *arg) {
+[[noreturn]] void Relay(const char *slave, int report, void (*shell)(void *), void *arg) {
     setsid();
     Isolate();
     int tty = slave[0] != '\0' ? open(slave, O_RDWR) : -1;
@@ -161,7 +161,14 @@ void Tell(int fd, const void *what, size_t n) {
         shell(arg);
     }
     if (child > 0) setpgid(child, child);
-    for (int i = 0; i < nkeep; i++) close(keep[i]);
+    // Nothing but the report and the terminal: descriptors of runs started
+    // at the same time from other threads would stay open here otherwise.
+    dup2(report, 0);
+    report = 0;
+    if (tty != -1) dup2(tty, 1);
+    else close(1);
+    close(2);
+    CloseFrom(3);
     Tell(report, &child, sizeof child);
     int st = 0;
     while (child > 0) {
@@ -252,8 +259,7 @@ std::string Shell(const std::string &command, const std::string &dir, int *statu
     pid_t pid = fork();
     if (pid == 0) {
         dup2(p[1], 1);
-        close(p[0]);
-        close(p[1]);
+        CloseFrom(3);
         if (chdir(dir.c_str()) == -1) _exit(126);
         execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char *>(nullptr));
         _exit(127);
@@ -371,8 +377,7 @@ RunResult Run(const RunSpec &spec, const std::string &dir) {
     Launch launch{&spec, &dir, in, out[1], err[1], fail[1], argv.data(), envp.data()};
     pid_t relay = fork();
     if (relay == 0) {
-        int keep[] = {in, out[1], err[1] == -1 ? out[1] : err[1], fail[1]};
-        Relay(tty.slave, report[1], keep, 4, Exec, &launch);
+        Relay(tty.slave, report[1], Exec, &launch);
     }
     for (int fd : {in, out[1], err[1], fail[1], report[1]})
         if (fd != -1) close(fd);
@@ -447,6 +452,12 @@ RunResult Run(const RunSpec &spec, const std::string &dir) {
             break;
         }
     }
+    // What was written before a stop or the time limit is still in the pipes.
+    for (int *fd : {&outfd, &errfd})
+        for (int k = 0; k < 64 && *fd != -1 && !r.cut; k++) {
+            pollfd p{*fd, POLLIN, 0};
+            if (poll(&p, 1, 0) <= 0 || Append(*fd, *fd == outfd ? r.out : r.err, room(), r.cut) == 0) break;
+        }
     // The end of the run: the shell's group, the relay's session, and on
     // Linux whatever else still works in the run's directory.
     kill(-pid, SIGKILL);

@@ -1,5 +1,6 @@
 #include "report.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
@@ -147,7 +148,8 @@ void PrintTable(FILE *to, int practica, const std::vector<std::string> &commands
             fprintf(to, " %*s%s%s%s", pad / 2, "", Paint(st, c == Cell::Equal ? Green : Red), mark, Paint(st, Plain));
             fprintf(to, "%*s", pad - pad / 2, "");
         }
-        fprintf(to, "  %d/%zu%s%s\n", eq, commands.size(), r.trouble.empty() ? "" : "  ", r.trouble.c_str());
+        size_t with = std::count_if(r.cells.begin(), r.cells.end(), [](Cell c) { return c != Cell::None; });
+        fprintf(to, "  %d/%zu%s%s\n", eq, with, r.trouble.empty() ? "" : "  ", r.trouble.c_str());
     }
 }
 
@@ -163,7 +165,8 @@ bool WriteCsv(const std::string &path, const std::vector<std::string> &commands,
             f << "," << CellText(c);
             eq += c == Cell::Equal;
         }
-        f << "," << eq << "," << commands.size() << "," << Csv(r.trouble) << "\n";
+        f << "," << eq << "," << std::count_if(r.cells.begin(), r.cells.end(), [](Cell c) { return c != Cell::None; })
+          << "," << Csv(r.trouble) << "\n";
     }
     return static_cast<bool>(f);
 }
@@ -198,7 +201,8 @@ bool WriteHtml(const std::string &path, int practica, const std::vector<std::str
             f << "<td class=\"" << cls << "\" title=\"" << Html(commands[i]) << ": " << CellText(c) << "\">" << mark
               << "</td>";
         }
-        f << "<td>" << eq << "/" << commands.size() << "</td><td>" << Html(r.trouble) << "</td></tr>\n";
+        f << "<td>" << eq << "/" << std::count_if(r.cells.begin(), r.cells.end(), [](Cell c) { return c != Cell::None; })
+          << "</td><td>" << Html(r.trouble) << "</td></tr>\n";
     }
     f << "</table>\n";
     for (size_t k = 0; k < rows.size(); k++) {
