@@ -196,7 +196,10 @@ bool WriteHtml(const std::string &path, int practica, const std::vector<std::str
         for (size_t i = 0; i < commands.size(); i++) {
             Cell c = r.cells[i];
             eq += c == Cell::Equal;
-            const char *cls = c == Cell::Equal ? "igual" : c == Cell::Different ? "distinto" : "noej";
+            const char *cls = c == Cell::Equal      ? "igual"
+                              : c == Cell::Different ? "distinto"
+                              : c == Cell::NotRun    ? "noej"
+                                                     : "nada";
             const char *mark = c == Cell::Equal ? "=" : c == Cell::Different ? "X" : c == Cell::NotRun ? "-" : "";
             f << "<td class=\"" << cls << "\" title=\"" << Html(commands[i]) << ": " << CellText(c) << "\">" << mark
               << "</td>";

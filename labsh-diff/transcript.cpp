@@ -8,7 +8,8 @@
 //   --- argv0           the program name to pass instead of the binary's path
 //   --- program         run this instead of the shell: "labsh-diff" is this
 //                       program (setup scripts and the program find the
-//                       shell under test in $LABSH)
+//                       shell under test in $LABSH, labsh-diff in
+//                       $LABSH_DIFF)
 //   --- env             NAME=value to set, -NAME to unset, one per line
 //   --- setup           /bin/sh script run in the fresh directory first
 //   --- stdin           the input, exactly (each line ends with a newline)
@@ -319,6 +320,7 @@ std::string Unmet(const Case &c, bool ownShell) {
 bool RunCase(const Case &c, const ldiff::RunSpec &shell, const std::string &self, std::string &report) {
     ldiff::TempDir dir("labsh-test");
     setenv("LABSH", shell.program.c_str(), 1);
+    setenv("LABSH_DIFF", self.c_str(), 1);
     if (!c.setup.empty()) {
         int st = 0;
         ldiff::Shell(c.setup, dir.path(), &st);
