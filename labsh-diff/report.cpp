@@ -46,6 +46,33 @@ std::string Html(const std::string &s) {
     return r;
 }
 
+std::vector<std::string> SplitLines(const std::string &s) {
+    std::vector<std::string> v;
+    for (size_t at = 0; at < s.size();) {
+        size_t nl = s.find('\n', at);
+        v.push_back(s.substr(at, nl == std::string::npos ? std::string::npos : nl + 1 - at));
+        at = nl == std::string::npos ? s.size() : nl + 1;
+    }
+    return v;
+}
+
+// `text` for one side of a difference, its lines that the other side lacks
+// marked with `cls`.
+std::string Marked(const std::string &text, const std::string &other, const char *cls) {
+    std::vector<std::string> theirs = SplitLines(other);
+    std::string r;
+    for (const std::string &l : SplitLines(text)) {
+        auto it = std::find(theirs.begin(), theirs.end(), l);
+        if (it != theirs.end()) {
+            theirs.erase(it);
+            r += Html(l);
+        } else {
+            r += "<span class=\"" + std::string(cls) + "\">" + Html(l) + "</span>";
+        }
+    }
+    return r;
+}
+
 const char *CellText(Cell c) {
     return c == Cell::Equal ? "igual" : c == Cell::Different ? "distinto" : c == Cell::NotRun ? "no ejecutado" : "";
 }
@@ -184,6 +211,7 @@ bool WriteHtml(const std::string &path, int practica, const std::vector<std::str
       << "td.noej{background:#ddd;text-align:center}td.shell{font-family:monospace;white-space:nowrap}\n"
       << "pre{margin:0;font-size:90%;white-space:pre-wrap}\n"
       << "table.lado td{width:50%}table.lado{width:100%}.linea{font-family:monospace;font-weight:bold}\n"
+      << "span.menos{background:#f5b7b1}span.mas{background:#c8ecc8}\n"
       << "</style>\n</head>\n<body>\n<h1>Practica " << practica << "</h1>\n"
       << "<p>Cada columna es un comando de la practica: <b>=</b> igual que labsh, <b>X</b> distinto, "
       << "<b>-</b> no ejecutado.</p>\n<table>\n<tr><th>shell</th>";
@@ -214,8 +242,8 @@ bool WriteHtml(const std::string &path, int practica, const std::vector<std::str
         if (!rows[k].trouble.empty()) f << "<p>" << Html(rows[k].trouble) << "</p>\n";
         auto side = [&](const std::string &title, const std::string &a, const std::string &b) {
             f << "<p class=\"linea\">" << Html(title) << "</p>\n<table class=\"lado\"><tr><th>labsh</th><th>"
-              << Html(o.shell) << "</th></tr>\n<tr><td><pre>" << Html(a) << "</pre></td><td><pre>" << Html(b)
-              << "</pre></td></tr></table>\n";
+              << Html(o.shell) << "</th></tr>\n<tr><td><pre>" << Marked(a, b, "menos") << "</pre></td><td><pre>"
+              << Marked(b, a, "mas") << "</pre></td></tr></table>\n";
         };
         if (!o.cmp.perLine) {
             f << "<p>No se distinguen sus lineas: se compara la salida entera.</p>\n";

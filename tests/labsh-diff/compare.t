@@ -130,7 +130,7 @@ python3 -c '
 import sys, xml.etree.ElementTree as ET
 t = ET.parse("t.html").getroot()
 cells = [td.text for td in t.iter("td") if td.get("class") in ("igual", "distinto", "noej")]
-pres = [p.text for p in t.iter("pre")]
+pres = ["".join(p.itertext()) for p in t.iter("pre")]
 print(cells, len(pres), "*Limites*****" in pres[0], "*Limite*****" in pres[1])'
 --- post-stdout
 ['=', 'X'] 2 True True
