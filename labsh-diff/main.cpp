@@ -369,8 +369,8 @@ int main(int argc, char *argv[]) {
         if (!o.csv.empty() || !o.html.empty()) {
             std::vector<Row> rows;
             for (const auto &out : outcomes) rows.push_back(MakeRow(out, {}));
-            if (!o.csv.empty()) WriteCsv(o.csv, {}, rows);
-            if (!o.html.empty()) WriteHtml(o.html, -1, {}, rows);
+            if (!o.csv.empty() && !WriteCsv(o.csv, {}, rows)) Fail("no se puede escribir " + o.csv);
+            if (!o.html.empty() && !WriteHtml(o.html, -1, {}, rows)) Fail("no se puede escribir " + o.html);
         }
     }
     return equal ? 0 : 1;

@@ -152,6 +152,13 @@ Row MakeRow(const Outcome &o, const std::vector<std::string> &commands) {
                 cell = now;
         }
         r.cells.push_back(cell);
+        r.equal += cell == Cell::Equal;
+        r.total += cell != Cell::None;
+    }
+    if (commands.empty()) {
+        r.shell += " (" + o.script + ")";
+        r.equal = o.cmp.equal;
+        r.total = o.cmp.counted;
     }
     return r;
 }
@@ -166,17 +173,14 @@ void PrintTable(FILE *to, int practica, const std::vector<std::string> &commands
     fprintf(to, "  iguales\n");
     for (const Row &r : rows) {
         fprintf(to, "%-*s", static_cast<int>(w), r.shell.c_str());
-        int eq = 0;
         for (size_t i = 0; i < commands.size(); i++) {
             Cell c = r.cells[i];
             const char *mark = c == Cell::Equal ? "=" : c == Cell::Different ? "X" : c == Cell::NotRun ? "-" : " ";
-            eq += c == Cell::Equal;
             int pad = static_cast<int>(commands[i].size()) - 1;
             fprintf(to, " %*s%s%s%s", pad / 2, "", Paint(st, c == Cell::Equal ? Green : Red), mark, Paint(st, Plain));
             fprintf(to, "%*s", pad - pad / 2, "");
         }
-        size_t with = std::count_if(r.cells.begin(), r.cells.end(), [](Cell c) { return c != Cell::None; });
-        fprintf(to, "  %d/%zu%s%s\n", eq, with, r.trouble.empty() ? "" : "  ", r.trouble.c_str());
+        fprintf(to, "  %d/%d%s%s\n", r.equal, r.total, r.trouble.empty() ? "" : "  ", r.trouble.c_str());
     }
 }
 
@@ -184,16 +188,11 @@ bool WriteCsv(const std::string &path, const std::vector<std::string> &commands,
     std::ofstream f(path);
     f << "shell";
     for (const std::string &c : commands) f << "," << Csv(c);
-    f << ",iguales,comandos,estado\n";
+    f << (commands.empty() ? ",iguales,lineas,estado\n" : ",iguales,comandos,estado\n");
     for (const Row &r : rows) {
         f << Csv(r.shell);
-        int eq = 0;
-        for (Cell c : r.cells) {
-            f << "," << CellText(c);
-            eq += c == Cell::Equal;
-        }
-        f << "," << eq << "," << std::count_if(r.cells.begin(), r.cells.end(), [](Cell c) { return c != Cell::None; })
-          << "," << Csv(r.trouble) << "\n";
+        for (Cell c : r.cells) f << "," << CellText(c);
+        f << "," << r.equal << "," << r.total << "," << Csv(r.trouble) << "\n";
     }
     return static_cast<bool>(f);
 }
@@ -202,7 +201,8 @@ bool WriteHtml(const std::string &path, int practica, const std::vector<std::str
                const std::vector<Row> &rows) {
     std::ofstream f(path);
     f << "<!DOCTYPE html>\n<html lang=\"es\">\n<head>\n<meta charset=\"utf-8\"/>\n"
-      << "<title>labsh-diff: practica " << practica << "</title>\n<style>\n"
+      << "<title>labsh-diff" << (practica >= 0 ? ": practica " + std::to_string(practica) : "")
+      << "</title>\n<style>\n"
       << "body{font-family:sans-serif;margin:1.5em;color:#222}\n"
       << "table{border-collapse:collapse;margin-bottom:1.5em}\n"
       << "th,td{border:1px solid #bbb;padding:.25em .5em;vertical-align:top}\n"
@@ -212,18 +212,19 @@ bool WriteHtml(const std::string &path, int practica, const std::vector<std::str
       << "pre{margin:0;font-size:90%;white-space:pre-wrap}\n"
       << "table.lado td{width:50%}table.lado{width:100%}.linea{font-family:monospace;font-weight:bold}\n"
       << "span.menos{background:#f5b7b1}span.mas{background:#c8ecc8}\n"
-      << "</style>\n</head>\n<body>\n<h1>Practica " << practica << "</h1>\n"
-      << "<p>Cada columna es un comando de la practica: <b>=</b> igual que labsh, <b>X</b> distinto, "
-      << "<b>-</b> no ejecutado.</p>\n<table>\n<tr><th>shell</th>";
+      << "</style>\n</head>\n<body>\n<h1>"
+      << (practica >= 0 ? "Practica " + std::to_string(practica) : std::string("labsh-diff")) << "</h1>\n"
+      << (practica >= 0 ? "<p>Cada columna es un comando de la practica: <b>=</b> igual que labsh, <b>X</b> "
+                          "distinto, <b>-</b> no ejecutado.</p>\n"
+                        : "")
+      << "<table>\n<tr><th>shell</th>";
     for (const std::string &c : commands) f << "<th class=\"cmd\">" << Html(c) << "</th>";
     f << "<th>iguales</th><th>estado</th></tr>\n";
     for (size_t k = 0; k < rows.size(); k++) {
         const Row &r = rows[k];
         f << "<tr><td class=\"shell\"><a href=\"#s" << k << "\">" << Html(r.shell) << "</a></td>";
-        int eq = 0;
         for (size_t i = 0; i < commands.size(); i++) {
             Cell c = r.cells[i];
-            eq += c == Cell::Equal;
             const char *cls = c == Cell::Equal      ? "igual"
                               : c == Cell::Different ? "distinto"
                               : c == Cell::NotRun    ? "noej"
@@ -232,8 +233,7 @@ bool WriteHtml(const std::string &path, int practica, const std::vector<std::str
             f << "<td class=\"" << cls << "\" title=\"" << Html(commands[i]) << ": " << CellText(c) << "\">" << mark
               << "</td>";
         }
-        f << "<td>" << eq << "/" << std::count_if(r.cells.begin(), r.cells.end(), [](Cell c) { return c != Cell::None; })
-          << "</td><td>" << Html(r.trouble) << "</td></tr>\n";
+        f << "<td>" << r.equal << "/" << r.total << "</td><td>" << Html(r.trouble) << "</td></tr>\n";
     }
     f << "</table>\n";
     for (size_t k = 0; k < rows.size(); k++) {

@@ -40,10 +40,12 @@ struct Row {
     std::string trouble;
     std::vector<Cell> cells;  // per command
     const Outcome *outcome;
+    int equal = 0, total = 0; // commands with lines, or lines without commands
 };
 
 // Cells of one outcome for the commands of an assignment: a command is
-// equal when every line that begins with it is.
+// equal when every line that begins with it is. Without commands, a row of
+// the whole script.
 Row MakeRow(const Outcome &o, const std::vector<std::string> &commands);
 
 void PrintTable(FILE *to, int practica, const std::vector<std::string> &commands, const std::vector<Row> &rows,
