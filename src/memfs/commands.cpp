@@ -55,7 +55,10 @@ int ValidAddrForMakingFS(const void *dir) {
     return BloqueDeLista(dir) && (TipoNodoDireccion(&L, dir) & (TIPO_MALLOC | TIPO_SHARED)) != 0;
 }
 
-int ValidSFAddr(const void *dir) { return ValidAddrForMakingFS(dir) && EsValidoSF(dir); }
+// A header is read only where the shell owns the memory for it.
+int ValidSFAddr(const void *dir) {
+    return ValidAddrForMakingFS(dir) && BytesDelBloque(dir) >= sizeof(CabeceraSF) && EsValidoSF(dir);
+}
 
 void ObtenerIdfich(IdFich *id, char *palabra) {
     if (palabra == nullptr) {
@@ -104,7 +107,7 @@ void MemFSListar(char *tr[]) {
         return;
     }
     void *dir = ResolverSF(tr[0]);
-    if (ValidSFAddr(dir))
+    if (ValidSFAddr(dir) && EntradasEnElBloque(dir))
         ListarSF(dir);
     else
         printf("Id sistema de ficheros no valido\n");
@@ -112,6 +115,7 @@ void MemFSListar(char *tr[]) {
 
 void MemFSBuscar(char *[]) {
     for (void *p = PrimerElemento(&L); p != nullptr; p = SiguienteElemento(&L, p)) {
+        if (BytesDelBloque(p) < sizeof(CabeceraSF)) continue;
         if ((TipoNodoDireccion(&L, p) & TIPO_MMAP) != 0 && !Legible(p, sizeof(CabeceraSF))) continue;
         if (EsValidoSF(p)) printf("Sistema de ficheros valido en %p\n", p);
     }

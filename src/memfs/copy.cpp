@@ -8,8 +8,6 @@
 #include <memory>
 #include <unistd.h>
 
-#include "memory/memory.h"
-
 namespace {
 
 CabeceraSF *Cabecera(void *sf) { return static_cast<CabeceraSF *>(sf); }
@@ -19,14 +17,38 @@ EntradaFicheroSF *Entradas(void *sf) {
 }
 
 // The free-byte count promises 271 bytes per entry more than the block
-// holds. Where that memory really exists the count alone decides; a copy that
-// would run past the end of what the shell owns is refused as a lack of
-// space, so the shell never writes outside its blocks.
+// holds, and a header may claim any capacity or total size. Where the memory
+// really exists the count alone decides; a copy that would write entry
+// `files` or its data past what the shell owns is refused as a lack of space.
 bool CabeEnElBloque(void *sf, uint64_t tam) {
-    uint64_t bloque = TamanoRealNodoDireccion(&L, sf);
-    if (bloque == ~uint64_t{0}) return false;  // no block of the shell
-    uint64_t fin = static_cast<uint64_t>(static_cast<char *>(DirFinalDatos(sf)) - static_cast<char *>(sf));
-    return fin <= bloque && tam <= bloque - fin;
+    const CabeceraSF *c = Cabecera(sf);
+    uint64_t bloque = BytesDelBloque(sf), fin = InicioDatos(sf);
+    if (FinEntradas(uint64_t{c->ficheros} + 1) > bloque) return false;
+    if (c->ficheros > 0) {
+        const EntradaFicheroSF &ultima = Entradas(sf)[c->ficheros - 1];
+        fin += uint64_t{ultima.desplazamiento} + ultima.tamano;
+    }
+    return fin + tam <= bloque;
+}
+
+// The source's entry, when its table and its data lie in the shell's memory:
+// past it there is no file system to copy from.
+int BuscarOrigen(void *sf, const char *nombre) {
+    if (!EntradasEnElBloque(sf)) {
+        errno = ENXIO;
+        return -1;
+    }
+    int i = BuscarFicheroSF(sf, nombre);
+    if (i == -1) {
+        errno = ENOENT;
+        return -1;
+    }
+    const EntradaFicheroSF &e = Entradas(sf)[i];
+    if (InicioDatos(sf) + e.desplazamiento + e.tamano > BytesDelBloque(sf)) {
+        errno = ENXIO;
+        return -1;
+    }
+    return i;
 }
 
 // Space and a free entry first, the name clash after: a full file system says
@@ -90,22 +112,16 @@ int32_t CopyDiskMem(const char *origen, IdFich destino) {
 }
 
 int32_t CopyMemDisk(IdFich origen, const char *destino) {
-    int i = BuscarFicheroSF(origen.sf, origen.nombre);
-    if (i == -1) {
-        errno = ENOENT;
-        return -1;
-    }
+    int i = BuscarOrigen(origen.sf, origen.nombre);
+    if (i == -1) return -1;
     uint32_t tam = Entradas(origen.sf)[i].tamano;
     return static_cast<int32_t>(
         EscribirFicheroDisco(destino, DirPrincipioDatosFichero(origen.sf, static_cast<uint32_t>(i)), tam, 0));
 }
 
 int32_t CopyMemMem(IdFich origen, IdFich destino) {
-    int i = BuscarFicheroSF(origen.sf, origen.nombre);
-    if (i == -1) {
-        errno = ENOENT;
-        return -1;
-    }
+    int i = BuscarOrigen(origen.sf, origen.nombre);
+    if (i == -1) return -1;
     uint32_t tam = Entradas(origen.sf)[i].tamano;
     if (ComprobarDestino(destino.sf, tam, destino.nombre) == -1) return -1;
     // memmove: the two file systems may be one shared segment attached twice.

@@ -20,6 +20,10 @@ EntradaFicheroSF *Entradas(void *sf) {
     return reinterpret_cast<EntradaFicheroSF *>(static_cast<char *>(sf) + sizeof(CabeceraSF));
 }
 
+void *Mas(void *p, uint64_t n) {
+    return reinterpret_cast<void *>(static_cast<uintptr_t>(reinterpret_cast<uintptr_t>(p) + n));
+}
+
 // ctime's text, or an empty line when the time cannot be represented (a
 // header written by hand, not by FormatearSF).
 const char *TextoFecha(int64_t t) {
@@ -36,47 +40,24 @@ uint64_t TamanoSF(uint32_t n) { return uint64_t{n} + sizeof(CabeceraSF); }
 
 int EspacioInsuficiente(uint32_t n, uint32_t tam) { return tam <= TamanoSF(n); }
 
-namespace {
-
-// Every file must lie inside the data area, and so must every run of files
-// that a deletion moves down: deleting entry k packs the files after it from
-// the end of entry k-1 on, whatever their offsets say.
-bool FicherosDentro(const void *sf, uint32_t ficheros, uint64_t espacio) {
-    const auto *e = reinterpret_cast<const EntradaFicheroSF *>(static_cast<const char *>(sf) + sizeof(CabeceraSF));
-    uint64_t despues = 0;  // bytes of the files after entry k
-    for (uint32_t k = ficheros; k-- > 0;) {
-        if (uint64_t{e[k].desplazamiento} + e[k].tamano > espacio) return false;
-        uint64_t desde = k == 0 ? 0 : uint64_t{e[k - 1].desplazamiento} + e[k - 1].tamano;
-        if (desde + despues > espacio) return false;
-        despues += e[k].tamano;
-    }
-    return true;
-}
-
-}  // namespace
-
-// A header is believed only as far as the block really reaches: the table,
-// the total size and every file must fit in it, with sums in 64 bits so that
-// none wraps. The free count keeps its one byte per entry.
+// Judged by the header alone, whatever the block holds: the free count is
+// compared in 32 bits, so a total below the metadata wraps and passes.
 int EsValidoSF(const void *sf) {
     if (sf == nullptr) return 0;
-    uint64_t bloque = TamanoRealNodoDireccion(&L, sf);
-    if (bloque == ~uint64_t{0}) {
-        // No block of the shell starts here, so no file system does; the
-        // magic is read all the same, as memfs-del of a disk path has always
-        // done with its all-bits-set marker (which faults right here).
-        volatile uint32_t magico = static_cast<const CabeceraSF *>(sf)->magico;
-        (void)magico;
-        return 0;
-    }
-    if (bloque < sizeof(CabeceraSF)) return 0;
     const auto *c = static_cast<const CabeceraSF *>(sf);
-    if (c->magico != MAGICO_SF) return 0;
-    if (c->ficheros >= c->capacidad) return 0;
-    uint64_t datos = sizeof(CabeceraSF) + sizeof(EntradaFicheroSF) * uint64_t{c->capacidad};
-    if (datos > bloque || c->tamano > bloque) return 0;
-    if (uint64_t{c->libres} + TamanoSF(c->capacidad) > c->tamano) return 0;
-    return FicherosDentro(sf, c->ficheros, bloque - datos);
+    return c->magico == MAGICO_SF && c->ficheros < c->capacidad &&
+           c->libres <= static_cast<uint32_t>(c->tamano - static_cast<uint32_t>(TamanoSF(c->capacidad)));
+}
+
+uint64_t BytesDelBloque(const void *sf) {
+    uint64_t bloque = TamanoRealNodoDireccion(&L, sf);
+    return bloque == ~uint64_t{0} ? 0 : bloque;
+}
+
+uint64_t InicioDatos(const void *sf) { return FinEntradas(static_cast<const CabeceraSF *>(sf)->capacidad); }
+
+int EntradasEnElBloque(const void *sf) {
+    return FinEntradas(static_cast<const CabeceraSF *>(sf)->ficheros) <= BytesDelBloque(sf);
 }
 
 int FormatearSF(void *sf, uint32_t n, uint32_t tam) {
@@ -95,18 +76,18 @@ int FormatearSF(void *sf, uint32_t n, uint32_t tam) {
     return 0;
 }
 
-void *DirPrincipioDatos(void *sf) {
-    return static_cast<char *>(sf) + sizeof(CabeceraSF) + sizeof(EntradaFicheroSF) * size_t{Cabecera(sf)->capacidad};
-}
+// Addresses as numbers: a capacity or offset written by hand may put them far
+// past the block, and listing prints them without reading there.
+void *DirPrincipioDatos(void *sf) { return Mas(sf, InicioDatos(sf)); }
 
 void *DirPrincipioDatosFichero(void *sf, uint32_t i) {
-    return static_cast<char *>(DirPrincipioDatos(sf)) + Entradas(sf)[i].desplazamiento;
+    return Mas(sf, InicioDatos(sf) + Entradas(sf)[i].desplazamiento);
 }
 
 void *DirFinalDatos(void *sf) {
     uint32_t n = Cabecera(sf)->ficheros;
     if (n == 0) return DirPrincipioDatos(sf);
-    return static_cast<char *>(DirPrincipioDatosFichero(sf, n - 1)) + Entradas(sf)[n - 1].tamano;
+    return Mas(DirPrincipioDatosFichero(sf, n - 1), Entradas(sf)[n - 1].tamano);
 }
 
 uint32_t NuevoDesplazamiento(void *sf, uint32_t i) {
@@ -167,15 +148,39 @@ int BuscarFicheroSF(void *sf, const char *nombre) {
     return -1;
 }
 
+namespace {
+
+// Every file that deleting entry k moves down is read and written inside the
+// shell's memory, at the offsets the deletion will compute, in its 32 bits.
+bool MovimientosEnElBloque(void *sf, uint32_t k) {
+    const EntradaFicheroSF *e = Entradas(sf);
+    uint64_t datos = InicioDatos(sf), bloque = BytesDelBloque(sf);
+    uint32_t nuevo = NuevoDesplazamiento(sf, k);
+    for (uint32_t i = k; i + 1 < Cabecera(sf)->ficheros; i++) {
+        uint64_t tam = e[i + 1].tamano;
+        if (datos + e[i + 1].desplazamiento + tam > bloque || datos + nuevo + tam > bloque) return false;
+        nuevo += e[i + 1].tamano;
+    }
+    return true;
+}
+
+}  // namespace
+
+// A table or files past the block's memory: the file system is valid, but
+// there is none this deletion could work on.
 int BorrarFicheroSF(IdFich id) {
     void *sf = id.sf;
-    if (!EsValidoSF(sf)) {
+    if (!EsValidoSF(sf) || !EntradasEnElBloque(sf)) {
         errno = ENXIO;
         return -1;
     }
     int encontrado = BuscarFicheroSF(sf, id.nombre);
     if (encontrado == -1) {
         errno = ENOENT;
+        return -1;
+    }
+    if (!MovimientosEnElBloque(sf, static_cast<uint32_t>(encontrado))) {
+        errno = ENXIO;
         return -1;
     }
     CabeceraSF *c = Cabecera(sf);
@@ -185,7 +190,7 @@ int BorrarFicheroSF(IdFich id) {
     // final place when entry i's new offset is computed.
     for (uint32_t i = static_cast<uint32_t>(encontrado); i + 1 < c->ficheros; i++) {
         uint32_t nuevo = NuevoDesplazamiento(sf, i);
-        memmove(static_cast<char *>(DirPrincipioDatos(sf)) + nuevo, DirPrincipioDatosFichero(sf, i + 1), e[i + 1].tamano);
+        memmove(Mas(sf, InicioDatos(sf) + nuevo), DirPrincipioDatosFichero(sf, i + 1), e[i + 1].tamano);
         e[i] = e[i + 1];
         e[i].desplazamiento = nuevo;
     }

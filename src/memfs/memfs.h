@@ -39,6 +39,15 @@ inline void *const SF_DISCO = reinterpret_cast<void *>(~uintptr_t{0});
 uint64_t TamanoSF(uint32_t n);
 int EspacioInsuficiente(uint32_t n, uint32_t tam);
 int EsValidoSF(const void *sf);
+// Whatever a valid header claims, each operation first compares the bytes it
+// is about to touch with these: the memory the shell owns from sf on (the real
+// size of the listed block starting there, 0 when none does), where the table
+// ends after n entries, where the data area begins.
+uint64_t BytesDelBloque(const void *sf);
+constexpr uint64_t FinEntradas(uint64_t n) { return sizeof(CabeceraSF) + sizeof(EntradaFicheroSF) * n; }
+uint64_t InicioDatos(const void *sf);
+// The header and the entries in use, which listing and finding read.
+int EntradasEnElBloque(const void *sf);
 int FormatearSF(void *sf, uint32_t n, uint32_t tam);
 void *DirPrincipioDatos(void *sf);
 void *DirPrincipioDatosFichero(void *sf, uint32_t i);
