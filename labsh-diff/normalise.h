@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -45,5 +46,10 @@ std::vector<Value> FindValues(std::string_view text, const RunFacts &facts, cons
 // entries of one directory in a listing) put in a fixed order; unchanged
 // when that rule is off.
 std::string Reorder(std::string_view text, const std::vector<bool> &on);
+
+// The piece with each value (as FindValues gives them) replaced by what
+// `name` makes of it and of its text.
+std::string Replace(std::string_view text, const std::vector<Value> &values,
+                    const std::function<std::string(const Value &, std::string_view)> &name);
 
 }  // namespace ldiff
