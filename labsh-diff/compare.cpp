@@ -210,8 +210,10 @@ Pieces Cut(const std::string &out, Prompt prompt, const std::vector<std::string>
         // A line longer than the shell's line buffer is read in pieces,
         // each followed by a prompt of its own.
         size_t reads = std::max<size_t>(1, (script[i].size() + 4094) / 4095);
-        if (Words(script[i], 0) == "prompt" && !Words(script[i], 1).empty())
-            PromptFromSpec(Words(script[i], 1), prompt);
+        // `prompt -?` and `prompt -help` ask for help and change nothing.
+        if (std::string spec = Words(script[i], 1);
+            Words(script[i], 0) == "prompt" && !spec.empty() && spec != "-?" && spec != "-help")
+            PromptFromSpec(spec, prompt);
         p.ran[i] = true;
         size_t start = pos, last = 0;
         bool found = true;
