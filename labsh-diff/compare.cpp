@@ -242,83 +242,61 @@ std::vector<bool> AllRules(bool on) { return std::vector<bool>(Rules().size(), o
 
 namespace {
 
+using Fresh = std::map<std::string, std::vector<std::string>>;  // kind -> names new in a piece
+
+// The names one run's values have been given so far.
 struct Namer {
-    std::map<std::string, std::map<std::string, std::string>> names;  // kind -> value -> name
+    std::map<std::string, std::map<std::string, std::string, std::less<>>> names;  // kind -> value -> name
     std::map<std::string, int> count;
+    const char *mark;  // after the kind in a name of the run's own: "" for labsh's, "?" for the other's
+
+    // One piece with its values named. A new value takes the next of the
+    // `hints` of its kind (labsh's new names in the same piece) while there
+    // is one, else a name of its own; what new values get goes to `given`.
+    std::string Piece(const std::string &piece, const RunFacts &facts, const std::vector<bool> &on,
+                      const Fresh &hints, Fresh &given) {
+        std::string text = Reorder(piece, on);
+        return Replace(text, FindValues(text, facts, on), [&](const Value &v, std::string_view value) {
+            if (v.fixed) return "<" + v.kind + ">";
+            auto &known = names[v.kind];
+            auto it = known.find(value);
+            if (it == known.end()) {
+                std::vector<std::string> &g = given[v.kind];
+                auto h = hints.find(v.kind);
+                std::string name = h != hints.end() && g.size() < h->second.size()
+                                       ? h->second[g.size()]
+                                       : "<" + v.kind + mark + std::to_string(++count[v.kind]) + ">";
+                g.push_back(name);
+                it = known.emplace(std::string(value), name).first;
+            }
+            return it->second;
+        });
+    }
 };
 
-std::string Apply(const std::string &text, const std::vector<Value> &vs, const std::vector<std::string> &names) {
-    std::string r;
-    size_t at = 0;
-    for (size_t i = 0; i < vs.size(); i++) {
-        r += text.substr(at, vs[i].begin - at);
-        r += names[i];
-        at = vs[i].end;
-    }
-    return r + text.substr(at);
+std::vector<std::string *> Texts(Pieces &p) {
+    std::vector<std::string *> v{&p.startup};
+    for (auto &l : p.lines) v.push_back(&l);
+    v.push_back(&p.tail);
+    return v;
 }
 
 }  // namespace
 
 void NameValues(Pieces &ref, const RunFacts &rf, Pieces *other, const RunFacts &of, const std::vector<bool> &on) {
-    Namer rn, on_;
-    auto pieces = [](Pieces &p) {
-        std::vector<std::string *> v{&p.startup};
-        for (auto &l : p.lines) v.push_back(&l);
-        v.push_back(&p.tail);
-        v.push_back(&p.whole);
-        return v;
-    };
-    std::vector<std::string *> rp = pieces(ref), op;
-    if (other != nullptr) op = pieces(*other);
-    // `whole` is named on its own, after the pieces.
+    std::vector<std::string *> rp = Texts(ref), op;
+    if (other != nullptr) op = Texts(*other);
+    Namer rn{{}, {}, ""}, on_{{}, {}, "?"};
     for (size_t i = 0; i < rp.size(); i++) {
-        if (i + 1 == rp.size()) rn = Namer{}, on_ = Namer{};
-        std::map<std::string, std::vector<std::string>> fresh;  // kind -> names new in this piece
-        {
-            std::string text = Reorder(*rp[i], on);
-            std::vector<Value> vs = FindValues(text, rf, on);
-            std::vector<std::string> names;
-            for (const Value &v : vs) {
-                std::string val = text.substr(v.begin, v.end - v.begin);
-                if (v.fixed) {
-                    names.push_back("<" + v.kind + ">");
-                    continue;
-                }
-                auto &known = rn.names[v.kind];
-                auto it = known.find(val);
-                if (it == known.end()) {
-                    it = known.emplace(val, "<" + v.kind + std::to_string(++rn.count[v.kind]) + ">").first;
-                    fresh[v.kind].push_back(it->second);
-                }
-                names.push_back(it->second);
-            }
-            *rp[i] = Apply(text, vs, names);
-        }
-        if (other == nullptr) continue;
-        std::string text = Reorder(*op[i], on);
-        std::vector<Value> vs = FindValues(text, of, on);
-        std::vector<std::string> names;
-        std::map<std::string, size_t> used;
-        for (const Value &v : vs) {
-            std::string val = text.substr(v.begin, v.end - v.begin);
-            if (v.fixed) {
-                names.push_back("<" + v.kind + ">");
-                continue;
-            }
-            auto &known = on_.names[v.kind];
-            auto it = known.find(val);
-            if (it == known.end()) {
-                size_t k = used[v.kind]++;
-                const auto &f = fresh[v.kind];
-                std::string name = k < f.size() ? f[k]
-                                                : "<" + v.kind + "?" + std::to_string(++on_.count[v.kind]) + ">";
-                it = known.emplace(val, name).first;
-            }
-            names.push_back(it->second);
-        }
-        *op[i] = Apply(text, vs, names);
+        Fresh fresh, ignored;
+        *rp[i] = rn.Piece(*rp[i], rf, on, {}, fresh);
+        if (other != nullptr) *op[i] = on_.Piece(*op[i], of, on, fresh, ignored);
     }
+    // The whole outputs, for when the pieces cannot be told apart, on their own.
+    Namer wr{{}, {}, ""}, wo{{}, {}, "?"};
+    Fresh fresh, ignored;
+    ref.whole = wr.Piece(ref.whole, rf, on, {}, fresh);
+    if (other != nullptr) other->whole = wo.Piece(other->whole, of, on, fresh, ignored);
 }
 
 std::string UnifiedDiff(const std::string &a, const std::string &b, const std::string &la, const std::string &lb) {
