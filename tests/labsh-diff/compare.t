@@ -75,9 +75,9 @@ printf 'numserie\nhistoric\nlimits\ncommand 0\nhistoric -1\n' > s.txt
 shell() { printf '#!/bin/sh\n%s\n' "$2" > "$1"; chmod +x "$1"; }
 shell msg '"$LABSH" "$@" | sed s/Limites/Limite/'
 shell crash 'head -n 3 | "$LABSH" "$@"; kill -SEGV $$'
-shell hang 'head -n 2 | "$LABSH" "$@"; sleep 100'
+shell hang 'head -n 2 | "$LABSH" "$@"; sleep 100 & echo $! >> '"$PWD/pids"'; wait'
 shell flood '"$LABSH" "$@"; yes'
-shell child '"$LABSH" "$@"; sleep 100 &'
+shell child '"$LABSH" "$@"; sleep 100 & echo $! >> '"$PWD/pids"
 shell tty 'head -n 1 | "$LABSH" "$@"; read x < /dev/tty'
 --- stdout
 Practica 0: = igual, X distinto, - no ejecutado, en blanco sin lineas
@@ -93,7 +93,8 @@ shell   prompt numserie limits systemd command historic  iguales
 1
 --- post
 cat t.csv
-ps -eo args | grep -c '^sleep 100'
+wc -l < pids
+for p in $(cat pids); do ps -o stat= -p $p | grep -q '^[^Z]' && echo "$p sigue"; done
 --- post-stdout
 shell,prompt,numserie,limits,systemd,command,historic,iguales,comandos,estado
 ./msg,,igual,distinto,,igual,igual,3,4,
@@ -103,7 +104,7 @@ shell,prompt,numserie,limits,systemd,command,historic,iguales,comandos,estado
 ./child,,igual,igual,,igual,igual,4,4,dejo procesos en marcha
 ./tty,,igual,no ejecutado,,no ejecutado,distinto,1,4,usa el terminal
 ./nada,,no ejecutado,no ejecutado,,no ejecutado,no ejecutado,0,4,no se puede ejecutar: {{ENOENT}}
-0
+~ *4
 === the HTML page is well formed, with a cell per command and the differences side by side
 --- program
 labsh-diff
