@@ -104,7 +104,7 @@ shell,prompt,numserie,limits,systemd,command,historic,iguales,comandos,estado
 ./child,,igual,igual,,igual,igual,4,4,dejo procesos en marcha
 ./tty,,igual,no ejecutado,,no ejecutado,distinto,1,4,usa el terminal
 ./nada,,no ejecutado,no ejecutado,,no ejecutado,no ejecutado,0,4,no se puede ejecutar: {{ENOENT}}
-~ *4
+~ \s*4
 === the HTML page is well formed, with a cell per command and the differences side by side
 --- program
 labsh-diff
