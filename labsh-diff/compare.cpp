@@ -303,12 +303,7 @@ std::string UnifiedDiff(const std::string &a, const std::string &b, const std::s
     TempDir d("labsh-diff-u");
     WriteFile(d / "a", a);
     WriteFile(d / "b", b);
-    auto quote = [](const std::string &s) {
-        std::string q = "'";
-        for (char c : s) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
-        return q + "'";
-    };
-    std::string out = Shell("diff -u --label " + quote(la) + " --label " + quote(lb) + " a b 2>/dev/null || "
+    std::string out = Shell("diff -u --label " + Quote(la) + " --label " + Quote(lb) + " a b 2>/dev/null || "
                             "[ $? -eq 1 ] || diff -u a b",
                             d.path());
     return out;

@@ -234,7 +234,13 @@ TempDir::TempDir(const char *prefix) {
 TempDir::~TempDir() { RemoveTree(path_); }
 
 void RemoveTree(const std::string &path) {
-    Shell("chmod -R u+rwx '" + path + "' 2>/dev/null; rm -rf '" + path + "'", "/");
+    Shell("chmod -R u+rwx " + Quote(path) + " 2>/dev/null; rm -rf " + Quote(path), "/");
+}
+
+std::string Quote(const std::string &word) {
+    std::string q = "'";
+    for (char c : word) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return q + "'";
 }
 
 std::string ReadFile(const std::string &path) {

@@ -29,6 +29,8 @@ class TempDir {
 void RemoveTree(const std::string &path);
 std::string ReadFile(const std::string &path);
 bool WriteFile(const std::string &path, const std::string &content);
+// A word for /bin/sh, quoted.
+std::string Quote(const std::string &word);
 // Runs `command` with /bin/sh -c in `dir`; returns what it wrote on standard
 // output and its wait status in `status`.
 std::string Shell(const std::string &command, const std::string &dir, int *status = nullptr);

@@ -205,7 +205,7 @@ Ran RunScript(const Subject &s, const std::string &script, const std::vector<std
     TempDir dir;
     if (!o.setup.empty()) {
         struct stat st {};
-        std::string q = "'" + o.setup + "'";
+        std::string q = Quote(o.setup);
         if (stat(o.setup.c_str(), &st) == 0 && S_ISDIR(st.st_mode))
             Shell("cp -R " + q + "/. .", dir.path());
         else
