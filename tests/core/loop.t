@@ -14,6 +14,7 @@ override on
 version
 date
 authors -n
+pid -p
 systemd -d
 limits
 cwd
@@ -46,6 +47,8 @@ $
 $
 Nombre del autor1
 Nombre del autor2
+$
+~ Pid del padre del shell: \d+
 $
   Devuan
 ~~~

@@ -19,7 +19,10 @@ const std::string Prompt = "L> ";
 class Edicion : public ::testing::Test {
   protected:
     void SetUp() override {
-        if (!EditorDisponible()) GTEST_SKIP() << "built without editline";
+#ifndef LABSH_PRUEBAS_EDITLINE
+        GTEST_SKIP() << "built without editline";
+#endif
+        ASSERT_TRUE(EditorDisponible());  // built with it: it must load
     }
     // A shell with the search path and a short prompt, waiting for a line.
     std::unique_ptr<labtest::Terminal> Start(int columns = 80) {
@@ -82,6 +85,13 @@ TEST_F(Edicion, TabCompletesWhatWouldRunAsACommandNowAndFileNames) {
     t->type("open al\t\t");
     t->readUntil("alfa1  alfa2\r\n");
     EXPECT_NE(Line(*t, "2").find("Anadida entrada 4"), std::string::npos);
+    // Nothing typed: every name but the hidden ones, in order.
+    labtest::WriteFile(dir / ".oculto", "");
+    t->type("open \t\t");
+    t->readUntil("alfa1              alfa2              fichero-unico.txt\r\n");
+    // A prompt of two lines: its first line is written before the editor's.
+    t->type("\x15prompt a%nL>%b\r");
+    t->readUntil("\r\na\r\n" + Prompt);
 }
 
 TEST_F(Edicion, AnEditedLineLongerThanALineRunsInPiecesAsFromAScript) {

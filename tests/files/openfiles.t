@@ -40,6 +40,8 @@ lseek 5 3 seek_end
 lseek 5 -20 SEEK_END
 lseek 5 99999999999999999999
 lseek 1 0 SEEK_CUR
+dup2 50 3
+open
 --- stdout
 @startup
 @prompt $la ejecucion de comandos que no son de las practicas esta habilitada
@@ -82,10 +84,12 @@ $Descriptor 5 posicionado en 3
 $Error al intentar posicionar el descriptor 5 en el offset  -20: {{EINVAL}}
 ~ \$(Descriptor 5 posicionado en|Error al intentar posicionar el descriptor 5 en el offset ) 9223372036854775807(: {{EINVAL}})?
 $Error al intentar posicionar el descriptor 1 en el offset  0: {{ESPIPE}}
+~ \$\$descriptor: 0, offset: \(\d+\)-> entrada estandar 
+~~~
 $ (no-eol)
 --- stderr
 Inposible duplicar descriptor: {{EBADF}}
-al error (no-eol)
+al errorInposible duplicar descriptor: {{EBADF}}
 --- post
 echo $(head -c 11 copia) $(wc -c < copia)
 --- post-stdout

@@ -18,6 +18,7 @@ search
 search -clear
 search xyz
 search -add
+uid -set
 --- stdout
 @startup
 @prompt la ejecucion de comandos que no son de las practicas esta habilitada
@@ -44,4 +45,7 @@ $
 Argumento incorrecto xyz
 $
 Imposible realizar operacion -add: {{EFAULT}}
+$
+~ Credencial real: \d+, \(.*\)
+~ Credencial efectiva: \d+, \(.*\)
 $

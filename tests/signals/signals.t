@@ -9,6 +9,9 @@ sighandler -show -resend -sleep3 -Frestart -maskTERM -maskXX -maskINT USR1
 siginfo USR1
 sighandler -Fnodefer -Fonstack -sleepabc USR2
 siginfo USR2
+sigaction -ignore INT
+siginfo INT
+/bin/echo uno
 limitresend 3
 limitresend abc
 limitresend
@@ -28,6 +31,8 @@ exit
 	mascara asociada INT TERM 
 ~ .*       USR2: No Enmascarada 0x[0-9a-f]+   -sleep:0 RESTART $
 	mascara asociada INT TERM ONSTACK NODEFER 
+~ .*        INT: No Enmascarada SIG_IGN
+~ .*uno
 ~ .*limitresend: off
 ~ .*El shell esta preparado para el uso de senales
 	Esto condiciona si el shell termina cuando la lectura de techado da error
