@@ -27,35 +27,23 @@ void Check(bool ok, const char *what) {
     if (!ok) throw std::runtime_error(std::string(what) + ": " + strerror(errno));
 }
 
-// Child side of a spawn: descriptors in place, environment adjusted, exec.
-[[noreturn]] void ExecShell(const std::string &dir, const RunOptions &o) {
+// Child side of a session: environment adjusted, default signal handling
+// (not the test's own), only the three standard descriptors (what the test
+// runner keeps open would show in the shell's open-file table), exec.
+[[noreturn]] void ExecShell(const std::string &dir, const std::vector<std::string> &args,
+                            const std::map<std::string, std::optional<std::string>> &env) {
     if (chdir(dir.c_str()) == -1) _exit(126);
-    for (const auto &[name, value] : o.env) {
-        if (value)
-            setenv(name.c_str(), value->c_str(), 1);
-        else
-            unsetenv(name.c_str());
-    }
-    std::vector<std::string> words = o.wrapper;
+    for (const auto &[name, value] : env) value ? setenv(name.c_str(), value->c_str(), 1) : unsetenv(name.c_str());
     std::string bin = LabshBinary();
-    words.push_back(o.argv0.empty() || !o.wrapper.empty() ? bin : o.argv0);
-    words.insert(words.end(), o.args.begin(), o.args.end());
-    std::vector<char *> argv;
-    for (auto &w : words) argv.push_back(w.data());
+    std::vector<char *> argv{bin.data()};
+    for (const auto &a : args) argv.push_back(const_cast<char *>(a.c_str()));
     argv.push_back(nullptr);
-    // Default dispositions and an empty mask: the shell must not inherit the
-    // test's own signal setup.
     for (int s = 1; s < NSIG; s++) signal(s, SIG_DFL);
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
-    // Only the three standard descriptors: whatever the test runner keeps
-    // open would show in the shell's open-file table and shift its numbers.
-    if (!o.inheritDescriptors) CloseFrom(3);
-    if (o.wrapper.empty())
-        execv(bin.c_str(), argv.data());
-    else
-        execvp(argv[0], argv.data());
+    CloseFrom(3);
+    execv(bin.c_str(), argv.data());
     _exit(127);
 }
 
@@ -95,7 +83,7 @@ RunResult Run(const std::string &input, const std::string &dir, const RunOptions
     ldiff::RunSpec spec;
     spec.input = options.stdinFile;
     if (spec.input.empty()) WriteFile(spec.input = scratch / "input", input);
-    spec.program = options.program.empty() ? LabshBinary() : options.program;
+    spec.program = LabshBinary();
     spec.argv0 = options.argv0;
     spec.args = options.args;
     if (!options.wrapper.empty()) {
@@ -123,10 +111,6 @@ RunResult Run(const std::string &input, const std::string &dir, const RunOptions
 Session::Session(const std::string &dir, std::vector<std::string> args, bool merged,
                  const std::map<std::string, std::optional<std::string>> &env)
 {
-    RunOptions options;
-    options.args = std::move(args);
-    options.env = env;
-    options.merged = merged;
     int in[2], out[2], err[2];
     Check(pipe(in) == 0 && pipe(out) == 0 && pipe(err) == 0, "pipe");
     pid_ = fork();
@@ -135,10 +119,10 @@ Session::Session(const std::string &dir, std::vector<std::string> args, bool mer
         setpgid(0, 0);
         dup2(in[0], 0);
         dup2(out[1], 1);
-        dup2(options.merged ? out[1] : err[1], 2);
+        dup2(merged ? out[1] : err[1], 2);
         for (int fd : {in[0], in[1], out[0], out[1], err[0], err[1]})
             if (fd > 2) close(fd);
-        ExecShell(dir, options);
+        ExecShell(dir, args, env);
     }
     setpgid(pid_, pid_);
     for (int fd : {in[0], out[1], err[1]}) close(fd);

@@ -42,7 +42,6 @@ struct RunOptions {
     std::string argv0;                        // program name as passed, default the binary path
     std::vector<std::string> wrapper;         // a program that runs the shell (e.g. valgrind)
     bool inheritDescriptors = false;          // pass on the test's descriptors past 2
-    std::string program;                      // run this instead of the shell under test
     std::chrono::seconds timeout{60};
 };
 
