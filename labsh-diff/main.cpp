@@ -282,7 +282,7 @@ int main(int argc, char *argv[]) {
     Options o = Parse(argc, argv);
     if (o.showRules) {
         for (size_t r = 0; r < Rules().size(); r++)
-            printf("%-12s %s  %s\n", Rules()[r].name, o.rules[r] ? "si" : "no", Rules()[r].what);
+            printf("%-16s %s  %s\n", Rules()[r].name, o.rules[r] ? "si" : "no", Rules()[r].what);
         return 0;
     }
     if (!IsolateRuns()) o.jobs = 1;  // shared memory keys would be shared
