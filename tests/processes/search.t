@@ -19,6 +19,9 @@ search -clear
 search xyz
 search -add
 uid -set
+changevar -p LABSHNUEVA x
+changevarWrong -a -ms HOME y
+showvar HOME
 --- stdout
 @startup
 @prompt la ejecucion de comandos que no son de las practicas esta habilitada
@@ -48,4 +51,11 @@ Imposible realizar operacion -add: {{EFAULT}}
 $
 ~ Credencial real: \d+, \(.*\)
 ~ Credencial efectiva: \d+, \(.*\)
+$
+$
+HOME MAL cambiada accediendo a traves de tercer argumento de main, por haber usado una variable estatica
+$
+~ Con arg3 main HOME=y\(0x[0-9a-f]+\) @0x[0-9a-f]+
+~   Con environ HOME=(?!y\().*
+~    Con getenv .*
 $
