@@ -80,6 +80,9 @@ TEST_F(Edicion, TabCompletesWhatWouldRunAsACommandNowAndFileNames) {
     EXPECT_NE(Line(*t, "checkv\t").find("No ejecutado"), std::string::npos);
     Line(*t, "override on");
     EXPECT_NE(Line(*t, "checkv\t").find("Todos los comandos validos existen"), std::string::npos);
+    // help lays the names out to the terminal's 80 columns.
+    EXPECT_NE(Line(*t, "help").find("\r\nmemmalloc mmalloc memdemalloc dememmalloc memmmap mmmap memdemmap dememmmap \r\n"),
+              std::string::npos);
     EXPECT_NE(Line(*t, "open fich\t").find("Anadida entrada 3 a la tabla ficheros abiertos"), std::string::npos);
     // Two names: the first Tab completes what they share, the second lists them.
     t->type("open al\t\t");
