@@ -10,7 +10,7 @@ siginfo USR1
 sighandler -Fnodefer -Fonstack -sleepabc USR2
 siginfo USR2
 sigaction -ignore INT
-siginfo INT
+sigaction -ignore
 /bin/echo uno
 limitresend 3
 limitresend abc
@@ -31,7 +31,7 @@ exit
 	mascara asociada INT TERM 
 ~ .*       USR2: No Enmascarada 0x[0-9a-f]+   -sleep:0 RESTART $
 	mascara asociada INT TERM ONSTACK NODEFER 
-~ .*        INT: No Enmascarada SIG_IGN
+~ .*  SENALES SIGNORADAS: INT $
 ~ .*uno
 ~ .*limitresend: off
 ~ .*El shell esta preparado para el uso de senales
