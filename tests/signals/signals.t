@@ -12,6 +12,8 @@ siginfo USR2
 sigaction -ignore INT
 sigaction -ignore
 /bin/echo uno
+back /bin/mkdir d
+/bin/sleep 0.3
 limitresend 3
 limitresend abc
 limitresend
