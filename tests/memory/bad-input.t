@@ -7,6 +7,7 @@ stringcopy 0x1 aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa
 malloc abc
 shared -create abc 10
 memcopy 0x1
+readfile f
 i-o write f 0x1 10
 open g cr
 --- stdout
@@ -19,6 +20,8 @@ No se asignan bloques de 0 bytes
 $
 Imposible asignar memoria compartida clave 0: {{EINVAL}}
 $
+$
+faltan parametros
 $
 $
 Anadida entrada 3 a la tabla ficheros abiertos
