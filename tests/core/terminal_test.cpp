@@ -80,6 +80,10 @@ TEST_F(Edicion, TabCompletesWhatWouldRunAsACommandNowAndFileNames) {
     EXPECT_NE(Line(*t, "checkv\t").find("No ejecutado"), std::string::npos);
     Line(*t, "override on");
     EXPECT_NE(Line(*t, "checkv\t").find("Todos los comandos validos existen"), std::string::npos);
+    // Many names, kept in order as they come.
+    t->type("memf\t\t");
+    t->readUntil("memfill       memfs-cp      memfs-find    memfs-label   memfs-mv\r\nmemfs         memfs-del");
+    t->type("\x15");
     // help lays the names out to the terminal's 80 columns.
     EXPECT_NE(Line(*t, "help").find("\r\nmemmalloc mmalloc memdemalloc dememmalloc memmmap mmmap memdemmap dememmmap \r\n"),
               std::string::npos);
