@@ -499,12 +499,16 @@ bool IsolateRuns() {
 #endif
 }
 
+bool RunResult::exited() const { return end == End::Exited; }
+int RunResult::exitCode() const { return exited() ? WEXITSTATUS(status) : -1; }
+int RunResult::termSignal() const { return end == End::Signaled ? WTERMSIG(status) : 0; }
+
 std::string EndText(const RunResult &r) {
     switch (r.end) {
     case End::Exited:
-        return "salio con " + std::to_string(WEXITSTATUS(r.status));
+        return "salio con " + std::to_string(r.exitCode());
     case End::Signaled:
-        return "senal " + SignalName(WTERMSIG(r.status));
+        return "senal " + SignalName(r.termSignal());
     case End::TimedOut:
         return "sin terminar en el tiempo limite";
     case End::Flooded:

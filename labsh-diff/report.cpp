@@ -356,10 +356,10 @@ std::string RecordCase(const std::string &name, const std::string &script, const
         }
         c += text + (nl == std::string::npos ? " (no-eol)" : "") + "\n";
     }
-    if (r.end == End::Signaled)
-        c += "--- status\nsignal " + SignalName(WTERMSIG(r.status)) + "\n";
-    else if (r.end == End::Exited && WEXITSTATUS(r.status) != 0)
-        c += "--- status\n" + std::to_string(WEXITSTATUS(r.status)) + "\n";
+    if (int s = r.termSignal())
+        c += "--- status\nsignal " + SignalName(s) + "\n";
+    else if (r.exitCode() > 0)
+        c += "--- status\n" + std::to_string(r.exitCode()) + "\n";
     return c;
 }
 

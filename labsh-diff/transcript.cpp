@@ -296,8 +296,8 @@ bool Compare(const std::string &what, const std::string &expected, const std::st
 
 std::string StatusText(const ldiff::RunResult &r) {
     if (r.end == ldiff::End::TimedOut) return "timeout";
-    if (r.end == ldiff::End::Exited) return std::to_string(WEXITSTATUS(r.status));
-    if (r.end == ldiff::End::Signaled) return "signal " + ldiff::SignalName(WTERMSIG(r.status));
+    if (r.exited()) return std::to_string(r.exitCode());
+    if (int s = r.termSignal()) return "signal " + ldiff::SignalName(s);
     return ldiff::EndText(r);
 }
 

@@ -28,23 +28,24 @@ TEST(SesionCompleta, ExitReleasesEverything) {
     labtest::TempDir dir;
     labtest::WriteFile(dir / "mapeado", "contenido del fichero mapeado\n");
     const std::string clave = std::to_string(0x4c000000 | (getpid() & 0xffffff));
-    labtest::RunOptions o;
+    ldiff::RunSpec o;
+    std::vector<std::string> wrapper;
     int st = 1;
     labtest::Shell("command -v valgrind >/dev/null", "/", &st);
     if (Sanitized())
-        o.env["ASAN_OPTIONS"] = "detect_leaks=1";
+        o.env = {{"ASAN_OPTIONS", "detect_leaks=1"}};
     else if (st == 0)
-        o.wrapper = {"valgrind", "-q", "--leak-check=full", "--errors-for-leak-kinds=definite,indirect",
+        wrapper = {"valgrind", "-q", "--leak-check=full", "--errors-for-leak-kinds=definite,indirect",
                      "--error-exitcode=99", "--track-fds=yes"};
     else
         GTEST_SKIP() << "neither a sanitizer build nor valgrind";
-    o.timeout = std::chrono::seconds(120);
+    o.timeout = 120;
     // Every list and table the shell keeps gets something.
     labtest::RunResult r =
         labtest::Run("override on\nsearch -add /bin\nchangevar -p LABSH_PRUEBA uno\nopen abierto cr rw\ndup 0\n"
                      "malloc 1000\nshared -create " + clave + " 4096\nshared " + clave +
                          "\nmmap mapeado rw\nback /bin/true\nassign etiq 0x1000\nexit\n",
-                     dir.path(), o);
+                     dir.path(), o, wrapper);
     int id = shmget(std::stoi(clave), 0, 0);
     shmid_ds ds{};
     bool adjunto = id != -1 && shmctl(id, IPC_STAT, &ds) == 0 && ds.shm_nattch != 0;

@@ -56,8 +56,8 @@ TEST(FicherosE2E, InheritedDescriptorsAreRecordedWherePossible) {
     ASSERT_TRUE(lectura != -1 && escritura != -1);
     const int altos[] = {2000, 4095, 4100};
     for (int df : altos) ASSERT_NE(dup2(escritura, df), -1);
-    labtest::RunOptions o;
-    o.inheritDescriptors = true;
+    ldiff::RunSpec o;
+    o.keepDescriptors = true;
     labtest::RunResult r = labtest::Run("override on\nlistopen 4096\n", dir.path(), o);
     for (int df : altos) close(df);
     close(escritura);

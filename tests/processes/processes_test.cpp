@@ -25,13 +25,13 @@ bool Re(const std::string &s, const std::string &re) { return std::regex_match(s
 
 // What the commands printed: no start-up lines, prompts or answer to "override on".
 labtest::RunResult Script(const labtest::TempDir &d, const std::string &lines,
-                          std::map<std::string, std::optional<std::string>> env = {}, Strs wrapper = {}) {
-    labtest::RunOptions o;
-    o.args = {"-p"}, o.env = env, o.wrapper = wrapper;
+                          decltype(ldiff::RunSpec::env) env = {}, Strs wrapper = {}) {
+    ldiff::RunSpec o;
+    o.args = {"-p"}, o.env = env;
     std::string prompt = labtest::Run("", d.path()).out;
     prompt.erase(0, prompt.rfind('\n') + 1);
-    labtest::RunResult r = labtest::Run("override on\n" + lines, d.path(), o);
-    EXPECT_FALSE(r.timedOut);
+    labtest::RunResult r = labtest::Run("override on\n" + lines, d.path(), o, wrapper);
+    EXPECT_NE(r.end, ldiff::End::TimedOut);
     r.out.erase(0, r.out.find(prompt));
     for (size_t p; !prompt.empty() && (p = r.out.find(prompt)) != std::string::npos;) r.out.erase(p, prompt.size());
     r.out.erase(0, r.out.find('\n') + 1);

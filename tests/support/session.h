@@ -34,29 +34,12 @@ using ldiff::WriteFile;
 // here, or empty when they can.
 std::string NoProc();
 
-struct RunOptions {
-    std::vector<std::string> args;           // after the program name
-    std::map<std::string, std::optional<std::string>> env;  // set, or unset when nullopt
-    bool merged = false;                      // stdout and stderr in one pipe
-    std::string stdinFile;                    // read input from this file instead of `input`
-    std::string argv0;                        // program name as passed, default the binary path
-    std::vector<std::string> wrapper;         // a program that runs the shell (e.g. valgrind)
-    bool inheritDescriptors = false;          // pass on the test's descriptors past 2
-    std::chrono::seconds timeout{60};
-};
-
-struct RunResult {
-    std::string out;   // standard output (both streams when merged)
-    std::string err;
-    int status = -1;   // raw wait status
-    bool timedOut = false;
-    bool exited() const;
-    int exitCode() const;
-    int termSignal() const;  // 0 when it did not end by a signal
-};
-
-// The shell on a script, through labsh-diff's engine.
-RunResult Run(const std::string &input, const std::string &dir, const RunOptions &options = {});
+// The shell under test on a script in `dir`, through labsh-diff's engine:
+// `spec` adds arguments, environment and the like, `wrapper` a program that
+// runs the shell (valgrind).
+using ldiff::RunResult;
+RunResult Run(const std::string &input, const std::string &dir, ldiff::RunSpec spec = {},
+              const std::vector<std::string> &wrapper = {});
 
 // Calls pump(ms) until `marker` is in `buffer`, then takes the text up to and
 // including it out of the buffer. Throws std::runtime_error with `what` and
