@@ -134,18 +134,18 @@ Prompt LearnPrompt(const RunSpec &shell) {
     return p;
 }
 
-bool PromptFromSpec(const std::string &spec, Prompt &into) {
+bool PromptFromSpec(const std::string &formato, Prompt &into) {
     Prompt p;
     p.text.push_back("");
     utsname u{};
     bool named = uname(&u) == 0;
-    for (size_t i = 0; i < spec.size(); i++) {
-        if (spec[i] != '%') {
-            p.text.back() += spec[i];
+    for (size_t i = 0; i < formato.size(); i++) {
+        if (formato[i] != '%') {
+            p.text.back() += formato[i];
             continue;
         }
-        if (++i == spec.size()) return false;
-        switch (spec[i]) {
+        if (++i == formato.size()) return false;
+        switch (formato[i]) {
         case 'u': {
             const passwd *pw = getpwuid(geteuid());
             p.text.back() += pw != nullptr ? pw->pw_name : "UnknownUser";
@@ -155,7 +155,7 @@ bool PromptFromSpec(const std::string &spec, Prompt &into) {
         case 'd':
         case 'D':
         case 'B':
-            p.slots += spec[i] == 'p' ? 'P' : spec[i] == 'B' ? 'B' : 'D';
+            p.slots += formato[i] == 'p' ? 'P' : formato[i] == 'B' ? 'B' : 'D';
             p.text.push_back("");
             break;
         case 'm':
@@ -211,9 +211,9 @@ Pieces Cut(const std::string &out, Prompt prompt, const std::vector<std::string>
         // each followed by a prompt of its own.
         size_t reads = std::max<size_t>(1, (script[i].size() + 4094) / 4095);
         // `prompt -?` and `prompt -help` ask for help and change nothing.
-        if (std::string spec = Words(script[i], 1);
-            Words(script[i], 0) == "prompt" && !spec.empty() && spec != "-?" && spec != "-help")
-            PromptFromSpec(spec, prompt);
+        if (std::string formato = Words(script[i], 1);
+            Words(script[i], 0) == "prompt" && !formato.empty() && formato != "-?" && formato != "-help")
+            PromptFromSpec(formato, prompt);
         p.ran[i] = true;
         size_t start = pos, last = 0;
         bool found = true;

@@ -24,9 +24,9 @@ struct Prompt {
 // none that repeats.
 Prompt LearnPrompt(const RunSpec &shell);
 
-// The prompt that labsh's `prompt SPEC` sets; false for a specification it
+// The prompt that labsh's `prompt FORMAT` sets; false for a format it
 // refuses.
-bool PromptFromSpec(const std::string &spec, Prompt &into);
+bool PromptFromSpec(const std::string &formato, Prompt &into);
 
 // The script's lines as the shell reads them (without their newline).
 std::vector<std::string> ScriptLines(const std::string &script);

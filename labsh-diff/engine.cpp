@@ -301,7 +301,7 @@ namespace {
 
 // What the shell's own process does before exec.
 struct Launch {
-    const RunSpec *spec;
+    const RunSpec *how;
     const std::string *dir;
     int in, out, err, fail;
     char **argv, **envp;
@@ -317,17 +317,17 @@ struct Launch {
     umask(022);
     dup2(l.in, 0);
     dup2(l.out, 1);
-    dup2(l.spec->merged ? l.out : l.err, 2);
+    dup2(l.how->merged ? l.out : l.err, 2);
     for (int s = 1; s < NSIG; s++) signal(s, SIG_DFL);
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
-    if (!l.spec->keepDescriptors) {
+    if (!l.how->keepDescriptors) {
         // `fail` closes at exec by itself; it is kept until then.
         for (int fd = 3; fd < l.fail; fd++) close(fd);
         CloseFrom(l.fail + 1);
     }
-    execve(l.spec->program.c_str(), l.argv, l.envp);
+    execve(l.how->program.c_str(), l.argv, l.envp);
     int e = errno;
     Tell(l.fail, &e, sizeof e);
     _exit(127);
@@ -343,13 +343,13 @@ bool Hear(int fd, void *into, size_t n) {
 
 }  // namespace
 
-RunResult Run(const RunSpec &spec, const std::string &dir) {
+RunResult Run(const RunSpec &how, const std::string &dir) {
     RunResult r;
     auto start = Clock::now();
     // Everything the children need is made before the fork: between fork
     // and exec they only make system calls.
-    std::vector<std::string> words{spec.argv0.empty() ? spec.program : spec.argv0};
-    words.insert(words.end(), spec.args.begin(), spec.args.end());
+    std::vector<std::string> words{how.argv0.empty() ? how.program : how.argv0};
+    words.insert(words.end(), how.args.begin(), how.args.end());
     std::vector<char *> argv;
     for (auto &w : words) argv.push_back(w.data());
     argv.push_back(nullptr);
@@ -357,22 +357,22 @@ RunResult Run(const RunSpec &spec, const std::string &dir) {
     for (char **e = environ; *e != nullptr; e++) {
         std::string_view v(*e);
         std::string_view name = v.substr(0, v.find('='));
-        if (std::none_of(spec.env.begin(), spec.env.end(), [&](const auto &c) { return c.first == name; }))
+        if (std::none_of(how.env.begin(), how.env.end(), [&](const auto &c) { return c.first == name; }))
             envs.emplace_back(v);
     }
-    for (const auto &[name, value] : spec.env)
+    for (const auto &[name, value] : how.env)
         if (value) envs.push_back(name + "=" + *value);
     std::vector<char *> envp;
     for (auto &e : envs) envp.push_back(e.data());
     envp.push_back(nullptr);
 
-    int in = open(spec.input.empty() ? "/dev/null" : spec.input.c_str(), O_RDONLY | O_CLOEXEC);
+    int in = open(how.input.empty() ? "/dev/null" : how.input.c_str(), O_RDONLY | O_CLOEXEC);
     int out[2] = {-1, -1}, err[2] = {-1, -1}, fail[2] = {-1, -1}, report[2] = {-1, -1};
     auto closeAll = [&] {
         for (int fd : {in, out[0], out[1], err[0], err[1], fail[0], fail[1], report[0], report[1]})
             if (fd != -1) close(fd);
     };
-    if (in == -1 || pipe(out) != 0 || (!spec.merged && pipe(err) != 0) || pipe(fail) != 0 || pipe(report) != 0) {
+    if (in == -1 || pipe(out) != 0 || (!how.merged && pipe(err) != 0) || pipe(fail) != 0 || pipe(report) != 0) {
         r.startErrno = errno;
         closeAll();
         return r;
@@ -380,7 +380,7 @@ RunResult Run(const RunSpec &spec, const std::string &dir) {
     for (int fd : {out[0], err[0], fail[0], report[0], fail[1]})
         if (fd != -1) fcntl(fd, F_SETFD, FD_CLOEXEC);
     Terminal tty;
-    Launch launch{&spec, &dir, in, out[1], err[1], fail[1], argv.data(), envp.data()};
+    Launch launch{&how, &dir, in, out[1], err[1], fail[1], argv.data(), envp.data()};
     pid_t relay = fork();
     if (relay == 0) {
         Relay(tty.slave, report[1], Exec, &launch);
@@ -402,11 +402,11 @@ RunResult Run(const RunSpec &spec, const std::string &dir) {
 
     int outfd = out[0], errfd = err[0], repfd = report[0];
     bool finished = false;
-    auto deadline = start + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(spec.timeout));
+    auto deadline = start + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(how.timeout));
     Clock::time_point quietSince{};
     auto room = [&] {
         size_t kept = r.out.size() + r.err.size();
-        return spec.limit > kept ? spec.limit - kept : 0;
+        return how.limit > kept ? how.limit - kept : 0;
     };
     while (true) {
         auto now = Clock::now();
@@ -418,13 +418,13 @@ RunResult Run(const RunSpec &spec, const std::string &dir) {
         if (finished && outfd == -1 && errfd == -1) break;
         int wait = 20;
         if (finished) {
-            auto left = std::chrono::milliseconds(spec.settle) - (now - quietSince);
+            auto left = std::chrono::milliseconds(how.settle) - (now - quietSince);
             wait = static_cast<int>(std::clamp<long long>(
                 std::chrono::duration_cast<std::chrono::milliseconds>(left).count(), 0, 10));
         }
         pollfd fds[3] = {{outfd, POLLIN, 0}, {errfd, POLLIN, 0}, {repfd, POLLIN, 0}};
         int ready = poll(fds, 3, wait);
-        if (ready == 0 && finished && Clock::now() - quietSince >= std::chrono::milliseconds(spec.settle)) {
+        if (ready == 0 && finished && Clock::now() - quietSince >= std::chrono::milliseconds(how.settle)) {
             r.children = true;  // something of the run still holds its output open
             break;
         }

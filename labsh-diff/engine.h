@@ -75,9 +75,9 @@ struct RunResult {
     int termSignal() const;   // 0 when no signal of its own ended it
 };
 
-// Runs the shell in `dir`, with the spec's environment and umask 022, ends
+// Runs the shell in `dir`, with the environment it names and umask 022, ends
 // every process of the run and returns what it wrote.
-RunResult Run(const RunSpec &spec, const std::string &dir);
+RunResult Run(const RunSpec &how, const std::string &dir);
 
 // Gives every later run System V keys of its own, where the system can;
 // call it once, before any run and any thread. False when runs share the

@@ -178,18 +178,18 @@ std::string PracticaScript(const char *argv0, int n) {
 
 struct Subject {
     std::string name;
-    RunSpec spec;
+    RunSpec how;
     Prompt prompt;
 };
 
 Subject MakeShell(const std::string &name, const std::vector<std::string> &args, const Options &o) {
     Subject s;
     s.name = name;
-    s.spec.program = Absolute(Locate(name));
-    s.spec.argv0 = s.spec.program;
-    s.spec.args = args;
-    s.spec.timeout = o.timeout;
-    s.spec.limit = o.limit;
+    s.how.program = Absolute(Locate(name));
+    s.how.argv0 = s.how.program;
+    s.how.args = args;
+    s.how.timeout = o.timeout;
+    s.how.limit = o.limit;
     return s;
 }
 
@@ -211,11 +211,11 @@ Ran RunScript(const Subject &s, const std::string &script, const std::vector<std
         else
             Shell("/bin/sh " + q + " >/dev/null 2>&1", dir.path());
     }
-    RunSpec spec = s.spec;
-    spec.input = script;
+    RunSpec how = s.how;
+    how.input = script;
     Ran ran;
-    ran.r = Run(spec, dir.path());
-    ran.facts = {dir.path(), spec.argv0};
+    ran.r = Run(how, dir.path());
+    ran.facts = {dir.path(), how.argv0};
     ran.pieces = Cut(ran.r.out, s.prompt, lines);
     if (ran.r.end == End::NotStarted) ran.pieces.ok = true;  // no line ran
     return ran;
@@ -252,7 +252,7 @@ template <typename F> void Parallel(size_t n, unsigned jobs, F task) {
 std::vector<std::string> Commands(const Subject &ref, int n) {
     TempDir dir;
     TempDir in;
-    RunSpec s = ref.spec;
+    RunSpec s = ref.how;
     s.input = in / "help";
     WriteFile(s.input, "help\n");
     RunResult r = Run(s, dir.path());
@@ -287,7 +287,7 @@ int main(int argc, char *argv[]) {
     }
     if (!IsolateRuns()) o.jobs = 1;  // shared memory keys would be shared
     Subject ref = MakeShell(o.reference.empty() ? DefaultReference(argv[0]) : o.reference, {}, o);
-    if (!Executable(ref.spec.program)) Fail("no se puede ejecutar la referencia " + ref.spec.program);
+    if (!Executable(ref.how.program)) Fail("no se puede ejecutar la referencia " + ref.how.program);
 
     if (o.check) {
         if (o.scripts.empty()) Fail("falta el fichero de casos");
@@ -295,7 +295,7 @@ int main(int argc, char *argv[]) {
         std::string self = Absolute(Locate(argv[0]));
         int worst = 77;
         for (const auto &file : o.scripts) {
-            int r = CheckTranscript(file, shell.spec, self, shell.spec.program == ref.spec.program);
+            int r = CheckTranscript(file, shell.how, self, shell.how.program == ref.how.program);
             worst = r == 77 ? worst : worst == 77 ? r : std::max(worst, r);
         }
         return worst;
@@ -304,7 +304,7 @@ int main(int argc, char *argv[]) {
         std::string text = ReadFile(o.record);
         if (access(o.record.c_str(), R_OK) != 0) Fail("no se puede leer " + o.record + ": " + strerror(errno));
         Ran ran = RunScript(ref, Absolute(o.record), ScriptLines(text), o);
-        if (ran.r.end == End::NotStarted) Fail("no se puede ejecutar la referencia " + ref.spec.program);
+        if (ran.r.end == End::NotStarted) Fail("no se puede ejecutar la referencia " + ref.how.program);
         fputs(RecordCase(Basename(o.record), text, ran.r, ran.facts, o.rules).c_str(), stdout);
         return 0;
     }
@@ -332,7 +332,7 @@ int main(int argc, char *argv[]) {
     // as many threads as asked.
     std::vector<Subject *> all{&ref};
     for (auto &s : shells) all.push_back(&s);
-    Parallel(all.size(), o.jobs, [&](size_t k) { all[k]->prompt = LearnPrompt(all[k]->spec); });
+    Parallel(all.size(), o.jobs, [&](size_t k) { all[k]->prompt = LearnPrompt(all[k]->how); });
     size_t ns = scripts.size();
     std::vector<Ran> runs(all.size() * ns);
     Parallel(runs.size(), o.jobs, [&](size_t k) {
@@ -340,7 +340,7 @@ int main(int argc, char *argv[]) {
     });
     for (size_t s = 0; s < ns; s++)
         if (runs[s].r.end == End::NotStarted)
-            Fail("no se puede ejecutar la referencia " + ref.spec.program + ": " + strerror(runs[s].r.startErrno));
+            Fail("no se puede ejecutar la referencia " + ref.how.program + ": " + strerror(runs[s].r.startErrno));
 
     std::vector<Outcome> outcomes;
     for (size_t k = 1; k < all.size(); k++)

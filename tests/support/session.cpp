@@ -72,23 +72,23 @@ std::string LabshBinary() {
     return e != nullptr && *e != '\0' ? e : LABSH_DEFAULT_BINARY;
 }
 
-RunResult Run(const std::string &input, const std::string &dir, ldiff::RunSpec spec,
+RunResult Run(const std::string &input, const std::string &dir, ldiff::RunSpec how,
               const std::vector<std::string> &wrapper) {
     // Input comes from a file, as a teacher's script would: the shell may
     // read it ahead, and programs it starts read on from the same place.
     TempDir scratch;
-    if (spec.input.empty()) WriteFile(spec.input = scratch / "input", input);
-    spec.program = LabshBinary();
+    if (how.input.empty()) WriteFile(how.input = scratch / "input", input);
+    how.program = LabshBinary();
     if (!wrapper.empty()) {
         std::vector<std::string> args{"-c", "exec \"$@\"", "sh"};
         args.insert(args.end(), wrapper.begin(), wrapper.end());
-        args.push_back(spec.program);
-        args.insert(args.end(), spec.args.begin(), spec.args.end());
-        spec.args = args, spec.program = "/bin/sh", spec.argv0.clear();
+        args.push_back(how.program);
+        args.insert(args.end(), how.args.begin(), how.args.end());
+        how.args = args, how.program = "/bin/sh", how.argv0.clear();
     }
-    spec.limit = SIZE_MAX;
-    spec.merged = false;  // the tests read the two streams apart
-    return ldiff::Run(spec, dir);
+    how.limit = SIZE_MAX;
+    how.merged = false;  // the tests read the two streams apart
+    return ldiff::Run(how, dir);
 }
 
 Session::Session(const std::string &dir, std::vector<std::string> args, bool merged,

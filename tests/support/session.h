@@ -35,10 +35,10 @@ using ldiff::WriteFile;
 std::string NoProc();
 
 // The shell under test on a script in `dir`, through labsh-diff's engine:
-// `spec` adds arguments, environment and the like, `wrapper` a program that
+// `how` adds arguments, environment and the like, `wrapper` a program that
 // runs the shell (valgrind).
 using ldiff::RunResult;
-RunResult Run(const std::string &input, const std::string &dir, ldiff::RunSpec spec = {},
+RunResult Run(const std::string &input, const std::string &dir, ldiff::RunSpec how = {},
               const std::vector<std::string> &wrapper = {});
 
 // Calls pump(ms) until `marker` is in `buffer`, then takes the text up to and
