@@ -69,18 +69,6 @@ std::pair<size_t, size_t> Find(const Prompt &p, const std::string &s, size_t fro
     return {std::string::npos, std::string::npos};
 }
 
-std::string Words(const std::string &line, size_t n) {
-    size_t at = 0;
-    std::string w;
-    for (size_t k = 0; k <= n; k++) {
-        at = line.find_first_not_of(" \t", at);
-        if (at == std::string::npos) return "";
-        size_t e = line.find_first_of(" \t", at);
-        w = line.substr(at, e == std::string::npos ? std::string::npos : e - at);
-        at = e;
-    }
-    return w;
-}
 
 }  // namespace
 
@@ -175,6 +163,19 @@ bool PromptFromSpec(const std::string &formato, Prompt &into) {
     return true;
 }
 
+std::string Word(const std::string &line, size_t n) {
+    size_t at = 0;
+    std::string w;
+    for (size_t k = 0; k <= n; k++) {
+        at = line.find_first_not_of(" \t", at);
+        if (at == std::string::npos) return "";
+        size_t e = line.find_first_of(" \t", at);
+        w = line.substr(at, e == std::string::npos ? std::string::npos : e - at);
+        at = e;
+    }
+    return w;
+}
+
 std::vector<std::string> ScriptLines(const std::string &script) {
     std::vector<std::string> lines;
     size_t at = 0;
@@ -211,8 +212,8 @@ Pieces Cut(const std::string &out, Prompt prompt, const std::vector<std::string>
         // each followed by a prompt of its own.
         size_t reads = std::max<size_t>(1, (script[i].size() + 4094) / 4095);
         // `prompt -?` and `prompt -help` ask for help and change nothing.
-        if (std::string formato = Words(script[i], 1);
-            Words(script[i], 0) == "prompt" && !formato.empty() && formato != "-?" && formato != "-help")
+        if (std::string formato = Word(script[i], 1);
+            Word(script[i], 0) == "prompt" && !formato.empty() && formato != "-?" && formato != "-help")
             PromptFromSpec(formato, prompt);
         p.ran[i] = true;
         size_t start = pos, last = 0;

@@ -28,6 +28,9 @@ Prompt LearnPrompt(const RunSpec &shell);
 // refuses.
 bool PromptFromSpec(const std::string &formato, Prompt &into);
 
+// Word n (from 0) of a line split at blanks and tabs, or "".
+std::string Word(const std::string &line, size_t n);
+
 // The script's lines as the shell reads them (without their newline).
 std::vector<std::string> ScriptLines(const std::string &script);
 

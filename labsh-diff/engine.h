@@ -69,7 +69,6 @@ struct RunResult {
     bool cut = false;      // output past the limit was dropped
     bool children = false; // processes of the run were still there at its end
     pid_t pid = -1;
-    double seconds = 0;
     bool exited() const;      // ended by itself, with exitCode()
     int exitCode() const;     // -1 when it did not exit
     int termSignal() const;   // 0 when no signal of its own ended it

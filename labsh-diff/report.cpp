@@ -1,5 +1,7 @@
 #include "report.h"
 
+#include "transcript.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -84,13 +86,6 @@ std::string Csv(const std::string &s) {
     return r + "\"";
 }
 
-std::string FirstWord(const std::string &line) {
-    size_t b = line.find_first_not_of(" \t");
-    if (b == std::string::npos) return "";
-    size_t e = line.find_first_of(" \t", b);
-    return line.substr(b, e == std::string::npos ? std::string::npos : e - b);
-}
-
 }  // namespace
 
 // Ending as labsh ended (both leaving a process behind, say) is no fault.
@@ -145,7 +140,7 @@ Row MakeRow(const Outcome &o, const std::vector<std::string> &commands) {
     for (const std::string &cmd : commands) {
         Cell cell = Cell::None;
         for (size_t i = 0; i < o.lines.size(); i++) {
-            if (FirstWord(o.lines[i]) != cmd) continue;
+            if (Word(o.lines[i], 0) != cmd) continue;
             Mark m = o.cmp.perLine ? o.cmp.lines[i] : o.cmp.whole;
             Cell now = m == Mark::Equal ? Cell::Equal : m == Mark::Different ? Cell::Different : Cell::NotRun;
             if (cell == Cell::None || now == Cell::Different || (now == Cell::NotRun && cell == Cell::Equal))
@@ -267,15 +262,6 @@ bool WriteHtml(const std::string &path, int practica, const std::vector<std::str
 
 namespace {
 
-std::string Escape(const std::string &s) {
-    std::string r;
-    for (char c : s) {
-        if (strchr(".^$|()[]{}*+?\\", c) != nullptr) r += '\\';
-        r += c;
-    }
-    return r;
-}
-
 // A regular expression for a value of the same shape: runs of digits and
 // hexadecimal letters stand for any such run.
 std::string Shape(const std::string &v, bool fixed) {
@@ -303,17 +289,11 @@ std::string Shape(const std::string &v, bool fixed) {
 // that a recorded case holds on every system; the rest escaped for a
 // regular expression when `regex`.
 std::string Literal(const std::string &line, bool regex) {
-    static const std::pair<int, const char *> names[] = {
-        {EPERM, "EPERM"},   {ENOENT, "ENOENT"},   {ESRCH, "ESRCH"},     {EBADF, "EBADF"},     {ECHILD, "ECHILD"},
-        {ENOMEM, "ENOMEM"}, {EACCES, "EACCES"},   {EFAULT, "EFAULT"},   {EEXIST, "EEXIST"},   {ENOTDIR, "ENOTDIR"},
-        {EISDIR, "EISDIR"}, {EINVAL, "EINVAL"},   {ENOSPC, "ENOSPC"},   {ESPIPE, "ESPIPE"},   {ENXIO, "ENXIO"},
-        {ENOTTY, "ENOTTY"}, {ENOTEMPTY, "ENOTEMPTY"}, {EMFILE, "EMFILE"}, {ENAMETOOLONG, "ENAMETOOLONG"},
-    };
     std::string r;
     for (size_t at = 0; at < line.size();) {
         size_t best = std::string::npos, len = 0;
         const char *name = nullptr;
-        for (const auto &[e, n] : names) {
+        for (const auto &[n, e] : ErrorNames()) {
             const char *t = strerror(e);
             size_t f = line.find(t, at);
             if (f != std::string::npos && (f < best || (f == best && strlen(t) > len))) best = f, len = strlen(t), name = n;

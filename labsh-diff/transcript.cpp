@@ -64,6 +64,30 @@
 
 #include "transcript.h"
 
+namespace ldiff {
+
+std::string Escape(const std::string &s) {
+    static const std::regex special(R"([.^$|()\[\]{}*+?\\])");
+    return std::regex_replace(s, special, R"(\$&)");
+}
+
+constexpr ErrorName Errores[] = {
+    {"EPERM", EPERM},     {"ENOENT", ENOENT},   {"ESRCH", ESRCH},       {"EINTR", EINTR},
+    {"EIO", EIO},         {"ENXIO", ENXIO},     {"E2BIG", E2BIG},       {"ENOEXEC", ENOEXEC},
+    {"EBADF", EBADF},     {"ECHILD", ECHILD},   {"EAGAIN", EAGAIN},     {"ENOMEM", ENOMEM},
+    {"EACCES", EACCES},   {"EFAULT", EFAULT},   {"EBUSY", EBUSY},       {"EEXIST", EEXIST},
+    {"EXDEV", EXDEV},     {"ENODEV", ENODEV},   {"ENOTDIR", ENOTDIR},   {"EISDIR", EISDIR},
+    {"EINVAL", EINVAL},   {"ENFILE", ENFILE},   {"EMFILE", EMFILE},     {"ENOTTY", ENOTTY},
+    {"ETXTBSY", ETXTBSY}, {"EFBIG", EFBIG},     {"ENOSPC", ENOSPC},     {"ESPIPE", ESPIPE},
+    {"EROFS", EROFS},     {"EMLINK", EMLINK},   {"EPIPE", EPIPE},       {"EDOM", EDOM},
+    {"ERANGE", ERANGE},   {"ELOOP", ELOOP},     {"ENOSYS", ENOSYS},     {"ENOTEMPTY", ENOTEMPTY},
+    {"EOVERFLOW", EOVERFLOW}, {"ENAMETOOLONG", ENAMETOOLONG},
+};
+
+std::span<const ErrorName> ErrorNames() { return Errores; }
+
+}  // namespace ldiff
+
 namespace {
 
 struct Case {
@@ -139,28 +163,6 @@ std::vector<Case> Parse(const std::string &path) {
     return cases;
 }
 
-std::string Escape(const std::string &s) {
-    static const std::regex special(R"([.^$|()\[\]{}*+?\\])");
-    return std::regex_replace(s, special, R"(\$&)");
-}
-
-struct ErrorName {
-    const char *name;
-    int number;
-};
-constexpr ErrorName ErrorNames[] = {
-    {"EPERM", EPERM},     {"ENOENT", ENOENT},   {"ESRCH", ESRCH},       {"EINTR", EINTR},
-    {"EIO", EIO},         {"ENXIO", ENXIO},     {"E2BIG", E2BIG},       {"ENOEXEC", ENOEXEC},
-    {"EBADF", EBADF},     {"ECHILD", ECHILD},   {"EAGAIN", EAGAIN},     {"ENOMEM", ENOMEM},
-    {"EACCES", EACCES},   {"EFAULT", EFAULT},   {"EBUSY", EBUSY},       {"EEXIST", EEXIST},
-    {"EXDEV", EXDEV},     {"ENODEV", ENODEV},   {"ENOTDIR", ENOTDIR},   {"EISDIR", EISDIR},
-    {"EINVAL", EINVAL},   {"ENFILE", ENFILE},   {"EMFILE", EMFILE},     {"ENOTTY", ENOTTY},
-    {"ETXTBSY", ETXTBSY}, {"EFBIG", EFBIG},     {"ENOSPC", ENOSPC},     {"ESPIPE", ESPIPE},
-    {"EROFS", EROFS},     {"EMLINK", EMLINK},   {"EPIPE", EPIPE},       {"EDOM", EDOM},
-    {"ERANGE", ERANGE},   {"ELOOP", ELOOP},     {"ENOSYS", ENOSYS},     {"ENOTEMPTY", ENOTEMPTY},
-    {"EOVERFLOW", EOVERFLOW}, {"ENAMETOOLONG", ENAMETOOLONG},
-};
-
 // The C library's own texts in place of "{{ENAME}}" and "{{null}}";
 // escaped when they go into a regular expression.
 std::string Expand(const std::string &line, bool regex) {
@@ -175,12 +177,12 @@ std::string Expand(const std::string &line, bool regex) {
             snprintf(buf, sizeof buf, "%p", static_cast<void *>(nullptr));
             text = buf;
         } else {
-            const ErrorName *e = std::find_if(std::begin(ErrorNames), std::end(ErrorNames),
-                                              [&](const ErrorName &x) { return name == x.name; });
-            if (e == std::end(ErrorNames)) throw std::runtime_error("nombre desconocido {{" + name + "}} en: " + line);
+            auto names = ldiff::ErrorNames();
+            auto e = std::find_if(names.begin(), names.end(), [&](const ldiff::ErrorName &x) { return name == x.name; });
+            if (e == names.end()) throw std::runtime_error("nombre desconocido {{" + name + "}} en: " + line);
             text = strerror(e->number);
         }
-        out += line.substr(at, open - at) + (regex ? Escape(text) : text);
+        out += line.substr(at, open - at) + (regex ? ldiff::Escape(text) : text);
         at = close + 2;
     }
     return out + line.substr(at);
@@ -219,7 +221,7 @@ std::vector<Pattern> Compile(const std::string &expected) {
         }
         if (l.rfind("@prompt ", 0) == 0 || l == "@prompt") {
             p.kind = Pattern::Regex;
-            p.text = R"([^@]*@[^{]*\{[^}]*\} %\) )" + Escape(l.size() > 8 ? l.substr(8) : "");
+            p.text = R"([^@]*@[^{]*\{[^}]*\} %\) )" + ldiff::Escape(l.size() > 8 ? l.substr(8) : "");
         } else if (l == "~~~") {
             p.kind = Pattern::Any;
         } else if (l.rfind("~ ", 0) == 0) {

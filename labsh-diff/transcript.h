@@ -2,11 +2,23 @@
 // the output it must give, written by hand or by --record.
 #pragma once
 
+#include <span>
 #include <string>
 
 #include "engine.h"
 
 namespace ldiff {
+
+// The error numbers a transcript names as {{ENAME}}, for the C library's
+// text of each.
+struct ErrorName {
+    const char *name;
+    int number;
+};
+std::span<const ErrorName> ErrorNames();
+
+// The text as a regular expression that matches it literally.
+std::string Escape(const std::string &text);
 
 // Runs every case of the transcript `file` on `shell` (the program any case
 // may name instead: `self` for "labsh-diff"), prints "ok" or "FALLA" per
