@@ -31,25 +31,6 @@ std::string Esperado(const std::string &hijo) {
 
 enum class Destino { Tuberia, Fichero, Terminal };
 
-// Runs the script with both streams on `salida`; returns the exit status.
-int Ejecutar(const std::string &dir, int salida) {
-    pid_t pid = fork();
-    if (pid == 0) {
-        int in = open((dir + "/guion").c_str(), O_RDONLY);
-        if (in == -1 || chdir(dir.c_str()) == -1) _exit(126);
-        dup2(in, 0);
-        dup2(salida, 1);
-        dup2(salida, 2);
-        labtest::CloseFrom(3);
-        std::string bin = labtest::LabshBinary();
-        execl(bin.c_str(), bin.c_str(), "-p", static_cast<char *>(nullptr));
-        _exit(127);
-    }
-    int estado = -1;
-    waitpid(pid, &estado, 0);
-    return estado;
-}
-
 class Orden : public ::testing::TestWithParam<Destino> {};
 
 TEST_P(Orden, BothStreamsAndChildrenKeepTheirOrder) {
@@ -73,7 +54,9 @@ TEST_P(Orden, BothStreamsAndChildrenKeepTheirOrder) {
     }
     ASSERT_NE(escritor, -1);
     // The whole output fits in the pipe's and the terminal's buffers.
-    int estado = Ejecutar(dir.path(), escritor);
+    int entrada = open((dir / "guion").c_str(), O_RDONLY), estado = -1;
+    waitpid(labtest::Start(dir.path(), {"-p"}, {entrada, escritor, escritor}), &estado, 0);
+    close(entrada);
     std::string salida;
     if (lector == -1) {
         salida = labtest::ReadFile(dir / "salida");

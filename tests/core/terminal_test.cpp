@@ -9,7 +9,6 @@
 
 #include "core/core.h"
 #include "support/session.h"
-#include "support/terminal.h"
 
 namespace {
 

@@ -77,19 +77,9 @@ TEST(SesionCompleta, LongRunKeepsMemoryFlat) {
         f << "exit\n";
     }
     long total = static_cast<long>(labtest::ReadFile(entrada).size());
-    pid_t pid = fork();
-    ASSERT_NE(pid, -1);
-    if (pid == 0) {
-        int in = open(entrada.c_str(), O_RDONLY), nulo = open("/dev/null", O_WRONLY);
-        if (in == -1 || nulo == -1 || chdir(dir.path().c_str()) == -1) _exit(126);
-        dup2(in, 0);
-        dup2(nulo, 1);
-        dup2(nulo, 2);
-        labtest::CloseFrom(3);
-        std::string bin = labtest::LabshBinary();
-        execl(bin.c_str(), bin.c_str(), static_cast<char *>(nullptr));
-        _exit(127);
-    }
+    int in = open(entrada.c_str(), O_RDONLY), nulo = open("/dev/null", O_WRONLY);
+    pid_t pid = labtest::Start(dir.path(), {}, {in, nulo, nulo});
+    close(in), close(nulo);
     // Once a fifth of the input is read the history is full and every table
     // has been used; from then on the resident size must not grow.
     const std::string proc = "/proc/" + std::to_string(pid);

@@ -15,21 +15,11 @@
 
 namespace {
 
-const std::string FENCE = "la ejecucion de comandos que no son de las practicas esta habilitada\n";
-
-// Each command is followed by `override on`, whose known line ends its output.
 struct Shell {
-    Shell() : s(dir.path()) {
-        s.send("prompt $%n");
-        s.send("override on");
-        s.readUntil(FENCE);
-    }
-    std::string Una(const std::string &line) {
-        s.send(line);
-        s.send("override on");
-        std::string r = s.readUntil("$\n" + FENCE);  // ctime's dates become FECHA
-        r = std::regex_replace(r, std::regex(R"([A-Z][a-z]{2} [A-Z][a-z]{2} [ 0-9]\d [\d:]{8} \d{4})"), "FECHA");
-        return r.substr(2, r.size() - 4 - FENCE.size());
+    Shell() : s(dir.path()) { s.commandsOn(); }
+    std::string Una(const std::string &line) {  // ctime's dates become FECHA
+        return std::regex_replace(s.run(line),
+                                  std::regex(R"([A-Z][a-z]{2} [A-Z][a-z]{2} [ 0-9]\d [\d:]{8} \d{4})"), "FECHA");
     }
     template <class... L> std::string operator()(const L &...lineas) {  // in order, outputs joined
         std::string r;

@@ -1,41 +1,28 @@
 // The memory commands on real blocks, segments and mappings, watched from
 // outside through /proc and the System V interface.
-#include <cerrno>
 #include <csignal>
-#include <fcntl.h>
 #include <fstream>
 #include <regex>
 #include <sstream>
-#include <sys/mman.h>
 #include <sys/shm.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
-#include "memory/memory.h"
 #include "support/session.h"
 
 namespace {
 using namespace std::string_literals;
 using Lineas = std::vector<std::string>;
 
-// Sends one command; returns what it printed, without prompts ("mem -finN"
-// echoes its unknown option: the end marker).
+// Sends one command; returns the lines it printed.
 struct Shell {
     labtest::Session s;
-    int n = 0;
-    explicit Shell(const std::string &dir, const std::map<std::string, std::optional<std::string>> &env = {})
-        : s(dir, {}, true, env) {
-        s.send("prompt $%n"), s.send("override on"), s.readUntil("habilitada\n");
-    }
+    explicit Shell(const std::string &dir, const labtest::Env &env = {}) : s(dir, {}, true, env) { s.commandsOn(); }
     Lineas operator()(const std::string &orden) {
-        std::string marca = "-fin" + std::to_string(++n);
-        s.send(orden), s.send("mem " + marca);
-        std::istringstream in(s.readUntil("Opcion " + marca + " no contemplada\n"));
+        std::istringstream in(s.run(orden));
         Lineas r;
-        for (std::string l; std::getline(in, l);)
-            if (l != "$") r.push_back(l);
-        r.pop_back();
+        for (std::string l; std::getline(in, l);) r.push_back(l);
         return r;
     }
 };
@@ -51,13 +38,6 @@ std::string Mapeo(pid_t pid, const std::string &a) {  // its line of /proc/<pid>
     for (std::string l; std::getline(f, l);)
         if (l.rfind(a.substr(2) + "-", 0) == 0) return l;
     return "";
-}
-// Whether the page at `a` is mapped in this process: msync refuses
-// unmapped pages with ENOMEM.
-bool Mapeada(void *a) {
-    long pagina = sysconf(_SC_PAGESIZE);
-    void *inicio = reinterpret_cast<void *>(reinterpret_cast<uintptr_t>(a) & ~static_cast<uintptr_t>(pagina - 1));
-    return msync(inicio, static_cast<size_t>(pagina), MS_ASYNC) == 0 || errno != ENOMEM;
 }
 std::string Rep(const std::string &s, int n) { return n > 0 ? s + Rep(s, n - 1) : ""; }
 Lineas Lista(const Lineas &r) {  // "address size rest" of each element line, its columns checked
@@ -167,31 +147,6 @@ TEST(MemoriaE2E, BlocksOfEveryKindListedAndReleasedOldestFirst) {
     EXPECT_NE(Mapeo(pid, m2), "");
     EXPECT_EQ(sh("delkey " + c.K), Lineas{});
     EXPECT_EQ(shmget(c.k, 0, 0), -1);
-}
-
-// exit hands every block back: the same release, run here on the list the
-// commands fill.
-TEST(MemoriaE2E, ReleasingTheListFreesEveryKind) {
-    labtest::TempDir d;
-    labtest::WriteFile(d / "f", "contenido");
-    Clave c;
-    std::string f = d / "f", tam = "64", tamS = "4096", prot = "r";
-    char *t1[] = {tam.data(), nullptr}, *t2[] = {c.K.data(), tamS.data(), nullptr};
-    char *t3[] = {f.data(), prot.data(), nullptr};
-    testing::internal::CaptureStdout();
-    Cmd_memmalloc(t1), Cmd_createshared(t2), Cmd_memmmap(t3), fflush(stdout);
-    std::string salida = testing::internal::GetCapturedStdout();
-    ASSERT_EQ(L.n, 3) << salida;
-    int df = DescriptorNodoMmap(&L, f.c_str());
-    void *mapa = DireccionNodoMmap(&L, f.c_str());
-    ASSERT_TRUE(Mapeada(mapa));
-    EliminarListaBloquesMemoria();
-    EXPECT_EQ(L.n, 0);
-    EXPECT_FALSE(Mapeada(mapa));
-    shmid_ds st{};
-    EXPECT_EQ(shmctl(shmget(c.k, 0, 0), IPC_STAT, &st), 0);
-    EXPECT_EQ(st.shm_nattch, 0u);
-    EXPECT_EQ(fcntl(df, F_GETFD), -1);
 }
 
 TEST(MemoriaE2E, WildAddressFaults) {

@@ -173,15 +173,8 @@ TEST(ProcessesExec, ChildReportsItsOwnFailureWithStandardOutputClosed) {
     int in = open((d / "in").c_str(), O_RDONLY), out = open(ptsname(terminal), O_RDWR | O_NOCTTY),
         err = open((d / "err").c_str(), O_WRONLY | O_CREAT, 0600);
     ASSERT_TRUE(in != -1 && out != -1 && err != -1);
-    std::string bin = labtest::LabshBinary();
-    pid_t pid = fork();
-    if (pid == 0) {
-        dup2(in, 0), dup2(out, 1), dup2(err, 2);
-        if (getuid() == 0) execlp("setpriv", "setpriv", "--reuid=65534", "--regid=65534", "--clear-groups",
-                                  bin.c_str(), "-p", static_cast<char *>(nullptr));
-        else execl(bin.c_str(), bin.c_str(), "-p", static_cast<char *>(nullptr));
-        _exit(127);
-    }
+    Strs setpriv = {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"};
+    pid_t pid = labtest::Start(d.path(), {"-p"}, {in, out, err}, {}, getuid() == 0 ? setpriv : Strs{});
     int status = -1;
     waitpid(pid, &status, 0);
     for (int fd : {in, out, err, terminal}) close(fd);

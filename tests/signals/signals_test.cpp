@@ -14,17 +14,12 @@ testing::AssertionResult Contains(const std::string &out, const std::string &par
 }
 bool KilledBy(int st, int sig) { return WIFSIGNALED(st) && WTERMSIG(st) == sig; }
 uint64_t Bit(int sig) { return uint64_t{1} << (sig - 1); }
-// A shell with the signal commands on; Do() runs a line, a marker line's error tells when it is done.
+// A shell with the signal commands on; Do() runs a line.
 struct Shell {
     labtest::TempDir dir;
     labtest::Session s{dir.path()};
-    int n = 0;
-    Shell() { Do("override on"); }
-    std::string Do(const std::string &line) {
-        s.send(line);
-        s.send("usesignals listo" + std::to_string(++n));
-        return s.readUntil("parametro no valido: listo" + std::to_string(n) + "\n");
-    }
+    Shell() { s.commandsOn(); }
+    std::string Do(const std::string &line) { return s.run(line); }
     std::string Kill(int sig) { s.signal(sig); return Do(""); }
     std::string Proc(const std::string &field) {
         std::ifstream f("/proc/" + std::to_string(s.pid()) + "/status");

@@ -6,11 +6,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <fstream>
 #include <poll.h>
-#include <sstream>
 #include <stdexcept>
-#include <sys/resource.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
@@ -27,24 +25,11 @@ void Check(bool ok, const char *what) {
     if (!ok) throw std::runtime_error(std::string(what) + ": " + strerror(errno));
 }
 
-// Child side of a session: environment adjusted, default signal handling
-// (not the test's own), only the three standard descriptors (what the test
-// runner keeps open would show in the shell's open-file table), exec.
-[[noreturn]] void ExecShell(const std::string &dir, const std::vector<std::string> &args,
-                            const std::map<std::string, std::optional<std::string>> &env) {
-    if (chdir(dir.c_str()) == -1) _exit(126);
-    for (const auto &[name, value] : env) value ? setenv(name.c_str(), value->c_str(), 1) : unsetenv(name.c_str());
-    std::string bin = LabshBinary();
-    std::vector<char *> argv{bin.data()};
-    for (const auto &a : args) argv.push_back(const_cast<char *>(a.c_str()));
-    argv.push_back(nullptr);
-    for (int s = 1; s < NSIG; s++) signal(s, SIG_DFL);
-    sigset_t none;
-    sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
-    CloseFrom(3);
-    execv(bin.c_str(), argv.data());
-    _exit(127);
+void SetSize(int fd, int columns, int rows) {
+    struct winsize w {};
+    w.ws_col = static_cast<unsigned short>(columns);
+    w.ws_row = static_cast<unsigned short>(rows);
+    ioctl(fd, TIOCSWINSZ, &w);
 }
 
 // Reads what is there; closes and forgets the descriptor at its end.
@@ -60,6 +45,30 @@ void Append(int &fd, std::string &to) {
 }
 
 }  // namespace
+
+pid_t Start(const std::string &dir, const std::vector<std::string> &args, std::array<int, 3> fds, const Env &env,
+            const std::vector<std::string> &wrapper, const std::function<void()> &first) {
+    std::vector<std::string> words = wrapper;
+    words.push_back(LabshBinary());
+    words.insert(words.end(), args.begin(), args.end());
+    std::vector<char *> argv;
+    for (auto &w : words) argv.push_back(w.data());
+    argv.push_back(nullptr);
+    pid_t pid = fork();
+    Check(pid != -1, "fork");
+    if (pid != 0) return pid;
+    if (first) first();
+    for (int i = 0; i < 3; i++) dup2(fds[static_cast<size_t>(i)], i);
+    CloseFrom(3);
+    if (chdir(dir.c_str()) == -1) _exit(126);
+    for (const auto &[name, value] : env) value ? setenv(name.c_str(), value->c_str(), 1) : unsetenv(name.c_str());
+    for (int s = 1; s < NSIG; s++) signal(s, SIG_DFL);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    execvp(argv[0], argv.data());
+    _exit(127);
+}
 
 std::string NoProc() {
     struct stat st {};
@@ -91,29 +100,16 @@ RunResult Run(const std::string &input, const std::string &dir, ldiff::RunSpec h
     return ldiff::Run(how, dir);
 }
 
-Session::Session(const std::string &dir, std::vector<std::string> args, bool merged,
-                 const std::map<std::string, std::optional<std::string>> &env)
-{
+Session::Session(const std::string &dir, std::vector<std::string> args, bool merged, const Env &env) {
     int in[2], out[2], err[2];
     Check(pipe(in) == 0 && pipe(out) == 0 && pipe(err) == 0, "pipe");
-    pid_ = fork();
-    Check(pid_ != -1, "fork");
-    if (pid_ == 0) {
-        setpgid(0, 0);
-        dup2(in[0], 0);
-        dup2(out[1], 1);
-        dup2(merged ? out[1] : err[1], 2);
-        for (int fd : {in[0], in[1], out[0], out[1], err[0], err[1]})
-            if (fd > 2) close(fd);
-        ExecShell(dir, args, env);
-    }
+    pid_ = Start(dir, args, {in[0], out[1], merged ? out[1] : err[1]}, env, {}, [] { setpgid(0, 0); });
     setpgid(pid_, pid_);
     for (int fd : {in[0], out[1], err[1]}) close(fd);
     in_ = in[1];
     out_ = out[0];
     err_ = err[0];
-    for (int fd : {in_, out_, err_})
-        if (fd != -1) fcntl(fd, F_SETFD, FD_CLOEXEC);
+    for (int fd : {in_, out_, err_}) fcntl(fd, F_SETFD, FD_CLOEXEC);
     ::signal(SIGPIPE, SIG_IGN);
 }
 
@@ -147,8 +143,11 @@ void Session::pump(int timeoutMs) {
     if (fds[1].revents) Append(err_, errbuf_);
 }
 
-std::string TakeUntil(std::string &buffer, const std::string &marker, std::chrono::milliseconds timeout,
-                      const std::function<bool(int)> &pump, const std::string &what) {
+// Calls pump(ms) until `marker` is in `buffer`, then takes the text up to
+// and including it out of the buffer; throws, with `what` and the text read,
+// after the timeout or once pump returns false (nothing more can come).
+static std::string TakeUntil(std::string &buffer, const std::string &marker, std::chrono::milliseconds timeout,
+                             const std::function<bool(int)> &pump, const std::string &what) {
     auto deadline = Clock::now() + timeout;
     while (true) {
         size_t at = buffer.find(marker);
@@ -174,6 +173,20 @@ std::string Session::drain(std::chrono::milliseconds quiet) {
     return std::exchange(buffer_, {});
 }
 
+void Session::commandsOn() {
+    send("prompt $%n\noverride on");
+    readUntil("esta habilitada\n");
+}
+
+std::string Session::run(const std::string &line) {
+    std::string marker = "parametro no valido: fin" + std::to_string(++runs_) + "\n";
+    send(line + "\nusesignals fin" + std::to_string(runs_));
+    std::string out = readUntil("$\n" + marker);
+    out.resize(out.size() - 2 - marker.size());
+    // A signal's handler may have written before the prompt came.
+    return out.starts_with("$\n") ? out.substr(2) : out;
+}
+
 std::string Session::errors() {
     pump(0);
     return errbuf_;
@@ -186,8 +199,10 @@ void Session::closeInput() {
 
 void Session::signal(int sig) { kill(pid_, sig); }
 
-int WaitChild(pid_t pid, bool &finished, int &status, std::chrono::milliseconds timeout,
-              const std::function<void(int)> &pump) {
+// Waits for child `pid` to end, calling pump(ms) meanwhile; the raw wait
+// status, -1 on timeout.
+static int WaitChild(pid_t pid, bool &finished, int &status, std::chrono::milliseconds timeout,
+                     const std::function<void(int)> &pump) {
     auto deadline = Clock::now() + timeout;
     while (!finished && Clock::now() < deadline) {
         if (waitpid(pid, &status, WNOHANG) == pid)
@@ -200,6 +215,102 @@ int WaitChild(pid_t pid, bool &finished, int &status, std::chrono::milliseconds 
 
 int Session::wait(std::chrono::milliseconds timeout) {
     return WaitChild(pid_, finished_, status_, timeout, [this](int ms) { pump(ms); });
+}
+
+Terminal::Terminal(const std::string &dir, std::vector<std::string> args, int columns, int rows) {
+    master_ = posix_openpt(O_RDWR | O_NOCTTY);
+    Check(master_ != -1, "posix_openpt");
+    Check(grantpt(master_) == 0 && unlockpt(master_) == 0, "grantpt/unlockpt");
+    const char *name = ptsname(master_);
+    Check(name != nullptr, "ptsname");
+    std::string slaveName = name;
+    // The test keeps the terminal open too: its mode can be read from here
+    // after the shell has gone.
+    slave_ = open(slaveName.c_str(), O_RDWR | O_NOCTTY);
+    Check(slave_ != -1, "open terminal");
+    SetSize(slave_, columns, rows);
+    Check(tcgetattr(slave_, &initial_) == 0, "tcgetattr");
+    // HOME there too: no ~/.editrc of the person running the tests.
+    Env env{{"HOME", dir}, {"TERM", "xterm"}, {"LC_ALL", "C"}, {"EDITRC", std::nullopt}};
+    pid_ = Start(dir, args, {0, 1, 2}, env, {}, [&slaveName] {
+        setsid();
+        int fd = open(slaveName.c_str(), O_RDWR);  // the controlling terminal, on System V
+        if (fd == -1) _exit(126);
+        ioctl(fd, TIOCSCTTY, 0);  // and on the BSDs
+        for (int i = 0; i < 3; i++) dup2(fd, i);
+    });
+    fcntl(master_, F_SETFD, FD_CLOEXEC);
+    fcntl(slave_, F_SETFD, FD_CLOEXEC);
+    signal(SIGPIPE, SIG_IGN);
+}
+
+Terminal::~Terminal() {
+    if (!finished_ && pid_ > 0) {
+        kill(pid_, SIGKILL);
+        waitpid(pid_, nullptr, 0);
+    }
+    for (int fd : {master_, slave_})
+        if (fd >= 0) close(fd);
+}
+
+void Terminal::type(const std::string &keys) {
+    for (size_t done = 0; done < keys.size();) {
+        ssize_t n = write(master_, keys.data() + done, keys.size() - done);
+        if (n < 0 && errno != EINTR) return;
+        if (n > 0) done += static_cast<size_t>(n);
+    }
+}
+
+void Terminal::pump(int timeoutMs) {
+    pollfd p = {master_, POLLIN, 0};
+    if (poll(&p, 1, timeoutMs) <= 0) return;
+    char buf[65536];
+    ssize_t n = read(master_, buf, sizeof buf);
+    if (n > 0) {
+        buffer_.append(buf, static_cast<size_t>(n));
+        all_.append(buf, static_cast<size_t>(n));
+    }
+}
+
+std::string Terminal::readUntil(const std::string &marker, std::chrono::milliseconds timeout) {
+    return TakeUntil(buffer_, marker, timeout, [this](int ms) { return pump(ms), true; },
+                     "on the terminal; it showed");
+}
+
+std::string Terminal::drain(std::chrono::milliseconds quiet) {
+    auto end = Clock::now() + quiet;
+    while (Clock::now() < end) pump(20);
+    std::string r;
+    r.swap(buffer_);
+    return r;
+}
+
+void Terminal::waitRaw(std::chrono::milliseconds timeout) {
+    auto deadline = Clock::now() + timeout;
+    while (mode().c_lflag & ICANON) {
+        if (Clock::now() > deadline) throw std::runtime_error("the terminal stayed in canonical mode; it showed:\n" + all_);
+        pump(5);
+    }
+}
+
+void Terminal::resize(int columns, int rows) {
+    SetSize(master_, columns, rows);  // the system tells the foreground group,
+    kill(pid_, SIGWINCH);             // but not every system does
+}
+
+struct termios Terminal::mode() const {
+    struct termios t {};
+    tcgetattr(slave_, &t);
+    return t;
+}
+
+int Terminal::wait(std::chrono::milliseconds timeout) {
+    return WaitChild(pid_, finished_, status_, timeout, [this](int ms) { pump(ms); });
+}
+
+bool SameMode(const struct termios &a, const struct termios &b) {
+    return a.c_iflag == b.c_iflag && a.c_oflag == b.c_oflag && a.c_cflag == b.c_cflag && a.c_lflag == b.c_lflag &&
+           memcmp(a.c_cc, b.c_cc, sizeof a.c_cc) == 0;
 }
 
 }  // namespace labtest
