@@ -27,7 +27,8 @@ const char Usage[] =
     "     labsh-diff --check CASOS.t... [-- SHELL [ARGUMENTOS...]]\n"
     "     labsh-diff --show-rules\n"
     "Ejecuta cada guion en labsh y en SHELL, cada uno en un directorio nuevo, y compara\n"
-    "lo que imprime cada linea del guion.\n"
+    "lo que imprime cada linea del guion. Un GUION.t es un fichero de casos: cada caso con\n"
+    "guion propio se compara como un guion mas.\n"
     "  --reference RUTA   el labsh de referencia (por defecto el que acompana a labsh-diff)\n"
     "  --setup RUTA       directorio copiado en cada directorio nuevo, o guion de /bin/sh\n"
     "                     ejecutado en el antes de empezar\n"
@@ -193,26 +194,36 @@ Subject MakeShell(const std::string &name, const std::vector<std::string> &args,
     return s;
 }
 
+// A script to run: a file given, or a case of a transcript with its own
+// setup and arguments.
+struct Script {
+    std::string name, path, text, setup;
+    std::vector<std::string> args;
+};
+
 struct Ran {
     RunResult r;
     RunFacts facts;
     Pieces pieces;
 };
 
-// One run of a script in a fresh directory prepared by --setup.
-Ran RunScript(const Subject &s, const std::string &script, const std::vector<std::string> &lines,
-              const Options &o) {
+// One run of a script in a fresh directory prepared by --setup, then by the
+// script's own setup.
+Ran RunScript(const Subject &s, const Script &script, const Options &o) {
     TempDir dir;
-    if (!o.setup.empty()) {
+    for (const std::string &setup : {o.setup, script.setup}) {
+        if (setup.empty()) continue;
         struct stat st {};
-        std::string q = Quote(o.setup);
-        if (stat(o.setup.c_str(), &st) == 0 && S_ISDIR(st.st_mode))
+        std::string q = Quote(setup);
+        if (stat(setup.c_str(), &st) == 0 && S_ISDIR(st.st_mode))
             Shell("cp -R " + q + "/. .", dir.path());
         else
             Shell("/bin/sh " + q + " >/dev/null 2>&1", dir.path());
     }
     RunSpec how = s.how;
-    how.input = script;
+    how.input = script.path;
+    how.args.insert(how.args.end(), script.args.begin(), script.args.end());
+    std::vector<std::string> lines = ScriptLines(script.text);
     Ran ran;
     ran.r = Run(how, dir.path());
     ran.facts = {dir.path(), how.argv0};
@@ -303,30 +314,49 @@ int main(int argc, char *argv[]) {
     if (!o.record.empty()) {
         std::string text = ReadFile(o.record);
         if (access(o.record.c_str(), R_OK) != 0) Fail("no se puede leer " + o.record + ": " + strerror(errno));
-        Ran ran = RunScript(ref, Absolute(o.record), ScriptLines(text), o);
+        Ran ran = RunScript(ref, {Basename(o.record), Absolute(o.record), text, "", {}}, o);
         if (ran.r.end == End::NotStarted) Fail("no se puede ejecutar la referencia " + ref.how.program);
         fputs(RecordCase(Basename(o.record), text, ran.r, ran.facts, o.rules).c_str(), stdout);
         return 0;
     }
 
-    std::vector<std::string> scripts = o.scripts;
+    std::vector<std::string> names = o.scripts;
     std::vector<Subject> shells;
     if (o.practica >= 0) {
         if (!o.scripts.empty()) Fail("--practica no lleva guiones");
         if (o.shells.empty()) Fail("falta al menos un SHELL");
-        scripts = {o.script.empty() ? PracticaScript(argv[0], o.practica) : o.script};
+        names = {o.script.empty() ? PracticaScript(argv[0], o.practica) : o.script};
         for (const auto &s : o.shells) shells.push_back(MakeShell(s, {}, o));
     } else {
-        if (scripts.empty()) Fail("falta el guion");
+        if (names.empty()) Fail("falta el guion");
         if (o.shell.empty()) Fail("falta el SHELL tras --");
         shells.push_back(MakeShell(o.shell[0], {o.shell.begin() + 1, o.shell.end()}, o));
     }
-    std::vector<std::string> texts, paths;
-    for (const auto &s : scripts) {
+    // A transcript's cases are scripts too, each with its own setup and
+    // arguments, written out here.
+    TempDir caseFiles;
+    std::vector<Script> scripts;
+    for (const auto &s : names) {
         if (access(s.c_str(), R_OK) != 0) Fail("no se puede leer " + s + ": " + strerror(errno));
-        texts.push_back(ReadFile(s));
-        paths.push_back(Absolute(s));
+        if (!s.ends_with(".t")) {
+            scripts.push_back({Basename(s), Absolute(s), ReadFile(s), "", {}});
+            continue;
+        }
+        std::vector<CaseScript> cases;
+        try {
+            cases = CaseScripts(s);
+        } catch (const std::exception &e) {
+            Fail(e.what());
+        }
+        for (const auto &c : cases) {
+            std::string base = caseFiles / std::to_string(scripts.size());
+            WriteFile(base + ".txt", c.input);
+            if (!c.setup.empty()) WriteFile(base + ".sh", c.setup);
+            scripts.push_back({Basename(s) + ": " + c.name, base + ".txt", c.input, c.setup.empty() ? "" : base + ".sh",
+                               c.args});
+        }
     }
+    if (scripts.empty()) Fail("ningun caso se puede comparar");
 
     // Every run is independent: the prompts first, then the scripts, on
     // as many threads as asked.
@@ -336,7 +366,7 @@ int main(int argc, char *argv[]) {
     size_t ns = scripts.size();
     std::vector<Ran> runs(all.size() * ns);
     Parallel(runs.size(), o.jobs, [&](size_t k) {
-        runs[k] = RunScript(*all[k / ns], paths[k % ns], ScriptLines(texts[k % ns]), o);
+        runs[k] = RunScript(*all[k / ns], scripts[k % ns], o);
     });
     for (size_t s = 0; s < ns; s++)
         if (runs[s].r.end == End::NotStarted)
@@ -345,7 +375,7 @@ int main(int argc, char *argv[]) {
     std::vector<Outcome> outcomes;
     for (size_t k = 1; k < all.size(); k++)
         for (size_t s = 0; s < ns; s++)
-            outcomes.push_back(Pair(Basename(scripts[s]), ScriptLines(texts[s]), runs[s], runs[k * ns + s],
+            outcomes.push_back(Pair(scripts[s].name, ScriptLines(scripts[s].text), runs[s], runs[k * ns + s],
                                     all[k]->name, o));
     Style st = TerminalStyle();
     bool equal = true;

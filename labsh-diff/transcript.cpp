@@ -371,6 +371,15 @@ bool RunCase(const Case &c, const ldiff::RunSpec &shell, const std::string &self
 
 namespace ldiff {
 
+std::vector<CaseScript> CaseScripts(const std::string &file) {
+    std::vector<CaseScript> scripts;
+    for (const Case &c : Parse(file))
+        if (c.program.empty() && c.env.empty() && c.needs.empty() && c.argv0.empty() && c.stdinFile.empty() &&
+            !c.noeol && !c.input.empty())
+            scripts.push_back({c.name, c.input, c.setup, c.args});
+    return scripts;
+}
+
 int CheckTranscript(const std::string &file, const RunSpec &shell, const std::string &self, bool ownShell) {
     // Exit status when no case could run here: ctest counts the file as skipped.
     constexpr int SkippedAll = 77;

@@ -4,6 +4,7 @@
 
 #include <span>
 #include <string>
+#include <vector>
 
 #include "engine.h"
 
@@ -19,6 +20,16 @@ std::span<const ErrorName> ErrorNames();
 
 // The text as a regular expression that matches it literally.
 std::string Escape(const std::string &text);
+
+// The cases of a transcript file that give the shell a script of their own,
+// to compare shells on: their name, input, setup for /bin/sh and arguments.
+// Cases that need more (another program, an environment, input from a file
+// or without its last newline, something of the machine) are left out.
+struct CaseScript {
+    std::string name, input, setup;
+    std::vector<std::string> args;
+};
+std::vector<CaseScript> CaseScripts(const std::string &file);
 
 // Runs every case of the transcript `file` on `shell` (the program any case
 // may name instead: `self` for "labsh-diff"), prints "ok" or "FALLA" per

@@ -140,11 +140,14 @@ print(cells, len(pres), "*Limites*****" in pres[0], "*Limite*****" in pres[1])'
 /bin/sh
 --- args
 -c
-d=$LABSH_DIFF; $d --record s.txt > s.t && $d --check s.t | tail -1 | cut -d' ' -f1-6; $d s.txt -- "$LABSH" | tail -1; $d --bad; echo $?
+d=$LABSH_DIFF; $d --record s.txt > s.t && $d --check s.t | tail -1 | cut -d' ' -f1-6; $d s.txt s.t -- "$LABSH" | sed -n '/^==/p;/iguales/p'; $d --bad; echo $?
 --- setup
 printf 'override on\nallocate -malloc 10\nstat -long /\nopen nofile\npid\ndate\n' > s.txt
 --- stdout
 1 casos, 0 fallan, 0 omitidos
+~ == s\.txt: labsh frente a .*
+6 de 6 lineas iguales
+~ == s\.t: s\.txt: labsh frente a .*
 6 de 6 lineas iguales
 2
 --- stderr
