@@ -226,6 +226,11 @@ TEST(MemfsShell, EachOperationStopsWhereTheBlockEnds) {
     poner(fin, 32 + 260, 16384 - 1664 - 10);
     EXPECT_EQ(sh("memfs-del " + fin + ":d1"), "Imposible borrar fichero" + enx);
 
+    // Bytes in the first unused entry change nothing: deleting d0 moves d1 alone.
+    std::string libre = conDos("16384");
+    sh("memfill " + Hex(Num(libre) + 32 + 2 * 272 + 256) + " 8 0xff");
+    EXPECT_EQ(sh("memfs-del " + libre + ":d0", "memfs-list " + libre),
+              Cabecera(16384, 6, 16346 - 20, 1) + Linea(Num(libre) + 1664, 20, "d1"));
     // A mapped page whose header claims 16384 bytes is one too.
     const uint32_t pagina[5] = {0x110691, 6, 0, 16384, 16346};
     labtest::WriteFile(sh.dir / "pagina", std::string(reinterpret_cast<const char *>(pagina), 20) + std::string(4076, 0));
