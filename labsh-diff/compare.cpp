@@ -259,6 +259,7 @@ struct Namer {
         std::string text = Reorder(piece, on);
         return Replace(text, FindValues(text, facts, on), [&](const Value &v, std::string_view value) {
             if (v.fixed) return "<" + v.kind + ">";
+            value.remove_prefix(std::min(value.size(), value.find_first_not_of(' ')));
             auto &known = names[v.kind];
             auto it = known.find(value);
             if (it == known.end()) {

@@ -220,7 +220,11 @@ struct Buscador {
             if (t.substr(k - 11, 11).find('\n') != npos) continue;
             std::size_t fin = k - 12, b = fin;
             while (b > 0 && Digito(t[b - 1])) b--;
-            if (b < fin) Poner(PIDS, b, fin, "PID");
+            if (b == fin) continue;
+            // The field is right-aligned: a pid with one more digit has one
+            // blank less before it, so the blanks go with the value.
+            while (b > 0 && t[b - 1] == ' ') b--;
+            Poner(PIDS, b, fin, "PID");
         }
     }
 

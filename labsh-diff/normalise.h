@@ -32,6 +32,8 @@ struct RunFacts {
 // A value found in a piece of output: text[begin, end) is replaced by a name
 // made of `kind` and, unless `fixed`, the ordinal of the value's first
 // appearance among the values of that kind ("<A1>", "<A2>", ...; "<DIR>").
+// A value in a right-aligned field starts with the blanks that pad it; they
+// are no part of what it is.
 struct Value {
     std::size_t begin, end;
     std::string kind;

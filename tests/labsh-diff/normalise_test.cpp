@@ -2,6 +2,7 @@
 // where, and a listing put in one order whatever order the system gave.
 #include <gtest/gtest.h>
 
+#include "compare.h"
 #include "normalise.h"
 
 namespace {
@@ -67,13 +68,26 @@ TEST(Normalise, FindsTheValuesOfEachRule) {
              "1234567 uid -000001 p=-1 2026/00/24 08:55:7 TERMINADO (255) NULL\n"
              "Proceso 21075 terminado normalmente. Valor devuelto 0\nejecutando proceso 21076\n"
              "Prioridad del proceso 21071 es 0\nPrioridad del proceso 0 es 0\n",
-         "p %)  <PID#>        root p=0 <FECHA#> ACTIVO (000) sleep 1\n<PID#> uid -000001 p=-1 <FECHA#> TERMINADO (255) "
+         "p %)<PID#>        root p=0 <FECHA#> ACTIVO (000) sleep 1\n<PID#> uid -000001 p=-1 <FECHA#> TERMINADO (255) "
          "NULL\nProceso <PID#> terminado normalmente. Valor devuelto 0\nejecutando proceso <PID#>\n"
          "Prioridad del proceso <PID#> es 0\nPrioridad del proceso 0 es 0\n"},
         {"", "/tmp/labsh-diff.Ab12Cd/sub\n/tmp/labsh-diff.Ab12Cdx\nLinux@vm{labsh-diff.Ab12Cd} %) 5 23\n",
          "<DIR>/sub\n/tmp/labsh-diff.Ab12Cdx\nLinux@vm{<DIRBASE>} %) 5 23\n"},
     };
     for (const Caso &c : casos) EXPECT_EQ(Marcado(c.in, c.off), c.out) << c.in;
+}
+
+// A job's pid one digit longer in one run, then printed without padding.
+TEST(Normalise, APaddedPidIsNamedByItsDigits) {
+    auto job = [](const char *pid) {
+        return std::string(pid) + "        root p=0 2026/10/24 08:55:40 ACTIVO (000) sleep 1\nProceso " +
+               std::string(pid).substr(std::string(pid).find_first_not_of(' ')) + " terminado normalmente\n";
+    };
+    Pieces a, b;
+    a.lines = {job("  99999")}, b.lines = {job(" 100000")};
+    NameValues(a, {"/a", "x"}, &b, {"/b", "x"}, Menos(""));
+    EXPECT_EQ(a.lines, b.lines);
+    EXPECT_EQ(a.lines[0], "<PID1>        root p=0 <FECHA1> ACTIVO (000) sleep 1\nProceso <PID1> terminado normalmente\n");
 }
 
 TEST(Normalise, SortsTheEntriesOfEachDirectoryAndItsSubdirectories) {
