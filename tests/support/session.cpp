@@ -59,7 +59,7 @@ pid_t Start(const std::string &dir, const std::vector<std::string> &args, std::a
     if (pid != 0) return pid;
     if (first) first();
     for (int i = 0; i < 3; i++) dup2(fds[static_cast<size_t>(i)], i);
-    CloseFrom(3);
+    ldiff::CloseFrom(3);
     if (chdir(dir.c_str()) == -1) _exit(126);
     for (const auto &[name, value] : env) value ? setenv(name.c_str(), value->c_str(), 1) : unsetenv(name.c_str());
     for (int s = 1; s < NSIG; s++) signal(s, SIG_DFL);
@@ -167,12 +167,6 @@ std::string Session::readUntil(const std::string &marker, std::chrono::milliseco
                      "in the shell's output; it printed");
 }
 
-std::string Session::drain(std::chrono::milliseconds quiet) {
-    auto end = Clock::now() + quiet;
-    while (Clock::now() < end) pump(20);
-    return std::exchange(buffer_, {});
-}
-
 void Session::commandsOn() {
     send("prompt $%n\noverride on");
     readUntil("esta habilitada\n");
@@ -190,11 +184,6 @@ std::string Session::run(const std::string &line) {
 std::string Session::errors() {
     pump(0);
     return errbuf_;
-}
-
-void Session::closeInput() {
-    if (in_ >= 0) close(in_);
-    in_ = -1;
 }
 
 void Session::signal(int sig) { kill(pid_, sig); }

@@ -26,11 +26,8 @@ class TempDir : public ldiff::TempDir {
   public:
     TempDir() : ldiff::TempDir("labsh-test") {}
 };
-using ldiff::CloseFrom;
 using ldiff::ReadFile;
-using ldiff::RemoveTree;
 using ldiff::Shell;
-using ldiff::SignalName;
 using ldiff::WriteFile;
 
 using Env = std::map<std::string, std::optional<std::string>>;
@@ -71,15 +68,12 @@ class Session {
     // consumed; returns the text up to and including it. Throws
     // std::runtime_error, with what was read, after the timeout.
     std::string readUntil(const std::string &marker, std::chrono::milliseconds timeout = std::chrono::seconds(20));
-    // Everything read so far and not yet consumed, after waiting `quiet`.
-    std::string drain(std::chrono::milliseconds quiet = std::chrono::milliseconds(200));
     // Sets the prompt to "$" on a line of its own and turns every command
     // on; then run() gives what one line printed, known to be done when a
     // marker line after it has been answered.
     void commandsOn();
     std::string run(const std::string &line);
     std::string errors();  // standard error collected so far (not merged)
-    void closeInput();
     void signal(int sig);
     // Waits for the shell to end; returns the raw wait status, -1 on timeout.
     int wait(std::chrono::milliseconds timeout = std::chrono::seconds(20));
