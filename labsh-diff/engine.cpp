@@ -52,17 +52,13 @@ void CloseFrom(int first) {
     }
 }
 
-namespace {
-
-// Reads what is there; closes and forgets the descriptor at its end.
-// Returns the bytes read.
-size_t Append(int &fd, std::string &to, size_t room, bool &cut) {
+size_t Append(int &fd, std::string &to, size_t room, bool *cut) {
     char buf[65536];
     ssize_t n = read(fd, buf, sizeof buf);
     if (n > 0) {
         size_t keep = std::min(static_cast<size_t>(n), room);
         to.append(buf, keep);
-        if (keep < static_cast<size_t>(n)) cut = true;
+        if (keep < static_cast<size_t>(n) && cut != nullptr) *cut = true;
         return static_cast<size_t>(n);
     }
     if (n == 0 || (errno != EINTR && errno != EAGAIN)) {
@@ -71,6 +67,8 @@ size_t Append(int &fd, std::string &to, size_t room, bool &cut) {
     }
     return 0;
 }
+
+namespace {
 
 // A pseudo-terminal whose slave becomes the run's controlling terminal with
 // the shell outside its foreground group: a shell that reads or writes the
@@ -272,9 +270,8 @@ std::string Shell(const std::string &command, const std::string &dir, int *statu
     }
     close(p[1]);
     std::string out;
-    bool cut = false;
     if (pid != -1)
-        for (int fd = p[0]; fd != -1;) Append(fd, out, SIZE_MAX, cut);
+        for (int fd = p[0]; fd != -1;) Append(fd, out);
     else
         close(p[0]);
     int st = -1;
@@ -449,8 +446,8 @@ RunResult Run(const RunSpec &how, const std::string &dir) {
             }
         }
         size_t n = 0;
-        if (fds[0].revents) n += Append(outfd, r.out, room(), r.cut);
-        if (fds[1].revents) n += Append(errfd, r.err, room(), r.cut);
+        if (fds[0].revents) n += Append(outfd, r.out, room(), &r.cut);
+        if (fds[1].revents) n += Append(errfd, r.err, room(), &r.cut);
         if (n > 0) quietSince = Clock::now();
         if (r.cut) {
             if (!finished) r.end = End::Flooded;
@@ -462,7 +459,7 @@ RunResult Run(const RunSpec &how, const std::string &dir) {
     for (int *fd : {&outfd, &errfd})
         for (int k = 0; k < 64 && *fd != -1 && !r.cut; k++) {
             pollfd p{*fd, POLLIN, 0};
-            if (poll(&p, 1, 0) <= 0 || Append(*fd, *fd == outfd ? r.out : r.err, room(), r.cut) == 0) break;
+            if (poll(&p, 1, 0) <= 0 || Append(*fd, *fd == outfd ? r.out : r.err, room(), &r.cut) == 0) break;
         }
     // The end of the run: the shell's group, the relay's session, and on
     // Linux whatever else still works in the run's directory.

@@ -3,6 +3,7 @@
 // the terminal, or leave processes behind.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <sys/types.h>
@@ -34,6 +35,10 @@ std::string Quote(const std::string &word);
 // Runs `command` with /bin/sh -c in `dir`; returns what it wrote on standard
 // output and its wait status in `status`.
 std::string Shell(const std::string &command, const std::string &dir, int *status = nullptr);
+// Reads what `fd` has into `to`, keeping at most `room` bytes (`*cut` is set
+// when more came); at the end of input, or on an error, closes `fd` and sets
+// it to -1. Returns the bytes read.
+size_t Append(int &fd, std::string &to, size_t room = SIZE_MAX, bool *cut = nullptr);
 // Closes every descriptor from `first` up; safe between fork and exec.
 void CloseFrom(int first);
 // The signal's name without "SIG" ("SEGV"), or its number.

@@ -226,7 +226,7 @@ Ran RunScript(const Subject &s, const Script &script, const Options &o) {
     std::vector<std::string> lines = ScriptLines(script.text);
     Ran ran;
     ran.r = Run(how, dir.path());
-    ran.facts = {dir.path(), how.argv0};
+    ran.facts = {dir.path()};
     ran.pieces = Cut(ran.r.out, s.prompt, lines);
     if (ran.r.end == End::NotStarted) ran.pieces.ok = true;  // no line ran
     return ran;

@@ -170,7 +170,7 @@ struct Buscador {
     }
 
     // The path the shell was started with, in its start-up hint. Found by
-    // the hint's words, not by `f.program`: a shell started through a
+    // the hint's words, not by the program run: a shell started through a
     // script or a link prints a path of its own.
     void Shell() {
         constexpr std::string_view ANTES = "Ejecutar ", DESPUES = " -p para importar el path";

@@ -25,8 +25,7 @@ std::span<const Rule> Rules();
 
 // Facts of one run that its output may contain.
 struct RunFacts {
-    std::string dir;      // the run's fresh directory, as realpath gives it
-    std::string program;  // the path the shell was started with (its argv[0])
+    std::string dir;  // the run's fresh directory, as realpath gives it
 };
 
 // A value found in a piece of output: text[begin, end) is replaced by a name

@@ -32,18 +32,6 @@ void SetSize(int fd, int columns, int rows) {
     ioctl(fd, TIOCSWINSZ, &w);
 }
 
-// Reads what is there; closes and forgets the descriptor at its end.
-void Append(int &fd, std::string &to) {
-    char buf[65536];
-    ssize_t n = read(fd, buf, sizeof buf);
-    if (n > 0) {
-        to.append(buf, static_cast<size_t>(n));
-    } else if (n == 0 || (errno != EINTR && errno != EAGAIN)) {
-        close(fd);
-        fd = -1;
-    }
-}
-
 }  // namespace
 
 pid_t Start(const std::string &dir, const std::vector<std::string> &args, std::array<int, 3> fds, const Env &env,
@@ -139,8 +127,8 @@ void Session::pump(int timeoutMs) {
         return;
     }
     if (poll(fds, 2, timeoutMs) <= 0) return;
-    if (fds[0].revents) Append(out_, buffer_);
-    if (fds[1].revents) Append(err_, errbuf_);
+    if (fds[0].revents) ldiff::Append(out_, buffer_);
+    if (fds[1].revents) ldiff::Append(err_, errbuf_);
 }
 
 // Calls pump(ms) until `marker` is in `buffer`, then takes the text up to
